@@ -60,7 +60,6 @@ private:
     static Rect FindPlace(const Sheet& sheet, int width, int height);
     static void Occupy(Sheet& sheet, const Rect& rect);
     bool PlaceTogether(const std::vector<int>& members, int sheet);
-    void PlaceOne(int index);
     void PlaceGroup(const std::vector<int>& members);
     std::vector<std::vector<int>> Groups() const;
     Image Paint(int page) const;

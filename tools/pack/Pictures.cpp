@@ -1,0 +1,436 @@
+#include "tools/pack/Pictures.h"
+
+#include <cairo.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+
+#include "tools/pack/Cutouts.h"
+#include "tools/pack/Svg.h"
+
+namespace pack {
+namespace {
+
+constexpr int kLargest = 8192;  // pixels, either way
+constexpr int kSamples = 4;     // samples a pixel either way: clean edges where shapes touch
+constexpr double kPi = 3.14159265358979323846;
+
+struct Row {
+    int line = 0;
+    std::string svg, cut, animation;
+    std::vector<std::string> groups;
+    bool hasView = false, flip = false;
+    double view[4] = {};  // x, y, width, height in units of the drawing
+};
+
+bool ReadFile(const std::string& path, std::string& text)
+{
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream) return false;
+    std::ostringstream all;
+    all << stream.rdbuf();
+    text = all.str();
+    return true;
+}
+
+std::vector<std::string> Split(const std::string& text, char separator)
+{
+    std::vector<std::string> pieces;
+    std::istringstream stream(text);
+    for (std::string piece; std::getline(stream, piece, separator);) pieces.push_back(piece);
+    return pieces;
+}
+
+}  // namespace
+
+struct PictureLibrary::State {
+    std::string folder;
+    std::string table;  // path of pictures.txt
+    std::vector<std::string> names;
+    std::map<std::string, Row> rows;
+    std::map<std::string, CutoutTable> cuts;               // by name in the table
+    std::map<std::string, std::unique_ptr<SvgFile>> svgs;  // read at first use
+};
+
+namespace {
+
+using State = PictureLibrary::State;
+
+bool Expected(const std::string& file, int line, const std::string& what, std::string& error)
+{
+    error = file + ":" + std::to_string(line) + ": expected " + what;
+    return false;
+}
+
+bool ParseView(const std::string& value, Row& row)
+{
+    const std::vector<std::string> pieces = Split(value, ',');
+    if (pieces.size() != 4) return false;
+    for (size_t i = 0; i < 4; ++i) {
+        char* end = nullptr;
+        row.view[i] = std::strtod(pieces[i].c_str(), &end);
+        if (pieces[i].empty() || *end != 0 || !std::isfinite(row.view[i])) return false;
+    }
+    row.hasView = true;
+    return row.view[2] > 0 && row.view[3] > 0;
+}
+
+bool ParseKey(State& state, const std::string& word, Row& row, std::string& error)
+{
+    const size_t equals = word.find('=');
+    const std::string key = word.substr(0, equals);
+    const std::string value = equals == std::string::npos ? "" : word.substr(equals + 1);
+    if (value.empty())
+        return Expected(state.table, row.line, "key=value instead of \"" + word + "\"", error);
+    if (key == "svg") {
+        row.svg = value;
+    } else if (key == "cut") {
+        row.cut = value;
+    } else if (key == "animation") {
+        row.animation = value;
+    } else if (key == "group") {
+        row.groups = Split(value, ',');
+    } else if (key == "view") {
+        if (!ParseView(value, row))
+            return Expected(state.table, row.line,
+                            "view=x,y,width,height with a size above 0, not \"" + value + "\"",
+                            error);
+    } else if (key == "flip") {
+        if (value != "x") return Expected(state.table, row.line, "flip=x", error);
+        row.flip = true;
+    } else {
+        return Expected(
+            state.table, row.line,
+            "svg=, cut=, animation=, group=, view= or flip= instead of \"" + word + "\"", error);
+    }
+    return true;
+}
+
+bool LoadCut(State& state, const Row& row, std::string& error)
+{
+    if (!state.cuts.count(row.cut)) {
+        const std::string path = state.folder + "/" + row.cut;
+        std::string text;
+        if (!ReadFile(path, text))
+            return Expected(state.table, row.line, "a readable file " + path, error);
+        CutoutTable table;
+        if (!Cutouts_Parse(path, text, table, error)) return false;
+        state.cuts[row.cut] = table;
+    }
+    if (!Cutouts_Find(state.cuts[row.cut], row.animation))
+        return Expected(
+            state.table, row.line,
+            "animation=<name> with an animation of " + row.cut + ", not \"" + row.animation + "\"",
+            error);
+    return true;
+}
+
+bool ParseRow(State& state, const std::string& text, int line, std::string& error)
+{
+    std::istringstream stream(text.substr(0, text.find('#')));
+    std::string name;
+    if (!(stream >> name)) return true;
+    Row row;
+    row.line = line;
+    for (std::string word; stream >> word;)
+        if (!ParseKey(state, word, row, error)) return false;
+    if (row.svg.empty()) return Expected(state.table, line, "svg=<file> for " + name, error);
+    if (state.rows.count(name))
+        return Expected(state.table, line, "one row for each picture, " + name + " has two", error);
+    if (!row.cut.empty() && !row.groups.empty())
+        return Expected(state.table, line, "either group= or cut=, not both", error);
+    if (!row.cut.empty() && !LoadCut(state, row, error)) return false;
+    state.names.push_back(name);
+    state.rows[name] = row;
+    return true;
+}
+
+const SvgFile* OpenSvg(State& state, const Row& row, std::string& error)
+{
+    std::unique_ptr<SvgFile>& file = state.svgs[row.svg];
+    if (!file) file = SvgFile::Load(state.folder + "/" + row.svg, error);
+    return file.get();
+}
+
+// A drawing surface of width * height pixels with kSamples samples each way.
+class Canvas {
+public:
+    Canvas(int width, int height) : width_(width), height_(height)
+    {
+        surface_ =
+            cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width * kSamples, height * kSamples);
+        cr_ = cairo_create(surface_);
+        cairo_scale(cr_, kSamples, kSamples);
+    }
+    ~Canvas()
+    {
+        cairo_destroy(cr_);
+        cairo_surface_destroy(surface_);
+    }
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    cairo_t* Context() const { return cr_; }
+
+    Image Take() const
+    {
+        cairo_surface_flush(surface_);
+        Image image;
+        image.width = width_;
+        image.height = height_;
+        image.bgra.resize(static_cast<size_t>(width_) * static_cast<size_t>(height_) * 4);
+        for (int y = 0; y < height_; ++y)
+            for (int x = 0; x < width_; ++x) Average(x, y, image);
+        return image;
+    }
+
+private:
+    // The mean of a pixel's samples, and the multiplication by alpha undone.
+    void Average(int x, int y, Image& image) const
+    {
+        const unsigned char* data = cairo_image_surface_get_data(surface_);
+        const int stride = cairo_image_surface_get_stride(surface_);
+        unsigned sum[4] = {};
+        for (int row = 0; row < kSamples; ++row) {
+            const unsigned char* at =
+                data + static_cast<ptrdiff_t>(y * kSamples + row) * stride + x * kSamples * 4;
+            for (int i = 0; i < kSamples * 4; ++i) sum[i % 4] += at[i];
+        }
+        uint8_t* out = &image.bgra[(static_cast<size_t>(y) * static_cast<size_t>(width_) +
+                                    static_cast<size_t>(x)) *
+                                   4];
+        constexpr unsigned count = kSamples * kSamples;
+        out[3] = static_cast<uint8_t>((sum[3] + count / 2) / count);
+        if (out[3] == 0) return;
+        for (int i = 0; i < 3; ++i)
+            out[i] = static_cast<uint8_t>(std::min(255U, (sum[i] * 255 + sum[3] / 2) / sum[3]));
+    }
+
+    int width_, height_;
+    cairo_surface_t* surface_;
+    cairo_t* cr_;
+};
+
+// Maps the area of the drawing that the row shows onto the whole picture.
+void ShowArea(const Row& row, double areaWidth, double areaHeight, int width, int height,
+              cairo_t* cr)
+{
+    const double x = row.hasView ? row.view[0] : 0, y = row.hasView ? row.view[1] : 0;
+    const double w = row.hasView ? row.view[2] : areaWidth;
+    const double h = row.hasView ? row.view[3] : areaHeight;
+    if (row.flip) {
+        cairo_translate(cr, width, 0);
+        cairo_scale(cr, -1, 1);
+    }
+    cairo_scale(cr, width / w, height / h);
+    cairo_translate(cr, -x, -y);
+}
+
+bool CheckGroup(const SvgFile& svg, const std::string& id, const std::string& file, int line,
+                const std::string& svgName, std::string& error)
+{
+    if (id.empty() || svg.Has(id)) return true;
+    return Expected(file, line, "a group \"" + id + "\" in " + svgName, error);
+}
+
+bool RenderGroups(State& state, const Row& row, const SvgFile& svg, int width, int height,
+                  int frames, std::vector<Image>& out, std::string& error)
+{
+    std::vector<std::string> groups = row.groups;
+    if (groups.empty()) groups.push_back("");
+    if (static_cast<int>(groups.size()) != frames)
+        return Expected(state.table, row.line,
+                        "a group for each of the " + std::to_string(frames) + " frames", error);
+    for (const std::string& group : groups) {
+        if (!CheckGroup(svg, group, state.table, row.line, row.svg, error)) return false;
+        Canvas canvas(width, height);
+        ShowArea(row, svg.Width(), svg.Height(), width, height, canvas.Context());
+        std::string problem;
+        if (!svg.Draw(canvas.Context(), group, problem))
+            return Expected(state.table, row.line, row.svg + " to be drawn: " + problem, error);
+        out.push_back(canvas.Take());
+    }
+    return true;
+}
+
+struct Pivot {
+    double x = 0, y = 0;
+};
+
+bool FindPivots(const CutoutTable& table, const Row& row, const SvgFile& svg,
+                std::vector<Pivot>& pivots, std::string& error)
+{
+    for (const CutoutPart& part : table.parts) {
+        if (!CheckGroup(svg, part.group, table.file, part.line, row.svg, error)) return false;
+        Pivot pivot{part.pivotX, part.pivotY};
+        if (!part.fixedPivot) {
+            const std::string& id = part.marker.empty() ? part.group : part.marker;
+            if (!svg.Middle(id, pivot.x, pivot.y))
+                return Expected(table.file, part.line,
+                                "an element \"" + id + "\" with a size in " + row.svg, error);
+        }
+        pivots.push_back(pivot);
+    }
+    return true;
+}
+
+cairo_matrix_t PoseMatrix(const CutoutPose& pose, const Pivot& pivot)
+{
+    cairo_matrix_t matrix;
+    cairo_matrix_init_translate(&matrix, pivot.x + pose.x, pivot.y + pose.y);
+    cairo_matrix_rotate(&matrix, pose.turn * kPi / 180);
+    cairo_matrix_scale(&matrix, pose.scaleX, pose.scaleY);
+    cairo_matrix_translate(&matrix, -pivot.x, -pivot.y);
+    return matrix;
+}
+
+bool DrawPart(const SvgFile& svg, const std::string& group, const cairo_matrix_t& matrix,
+              double fade, cairo_t* cr, std::string& error)
+{
+    cairo_save(cr);
+    cairo_transform(cr, &matrix);
+    if (fade < 1) cairo_push_group(cr);
+    const bool drawn = svg.Draw(cr, group, error);
+    if (fade < 1) {
+        cairo_pop_group_to_source(cr);
+        cairo_paint_with_alpha(cr, fade);
+    }
+    cairo_restore(cr);
+    return drawn;
+}
+
+bool DrawPose(const CutoutTable& table, const std::vector<CutoutPose>& poses,
+              const std::vector<Pivot>& pivots, const SvgFile& svg, cairo_t* cr, std::string& error)
+{
+    std::vector<cairo_matrix_t> matrices(poses.size());
+    std::vector<bool> shown(poses.size());
+    for (size_t i = 0; i < poses.size(); ++i) {
+        const CutoutPart& part = table.parts[i];
+        const CutoutPose& pose = poses[i];
+        matrices[i] = PoseMatrix(pose, pivots[i]);
+        shown[i] = pose.show;
+        if (part.parent >= 0) {
+            const size_t parent = static_cast<size_t>(part.parent);
+            cairo_matrix_multiply(&matrices[i], &matrices[i], &matrices[parent]);
+            shown[i] = shown[i] && shown[parent];
+        }
+        if (!shown[i] || pose.fade <= 0 || pose.scaleX == 0 || pose.scaleY == 0) continue;
+        std::string problem;
+        if (!DrawPart(svg, part.group, matrices[i], pose.fade, cr, problem))
+            return Expected(table.file, part.line, part.group + " to be drawn: " + problem, error);
+    }
+    return true;
+}
+
+bool RenderCutout(const CutoutTable& table, const Row& row, const SvgFile& svg, int width,
+                  int height, int frames, std::vector<Image>& out, std::string& error)
+{
+    std::vector<Pivot> pivots;
+    if (!FindPivots(table, row, svg, pivots, error)) return false;
+    const CutoutAnimation& animation = *Cutouts_Find(table, row.animation);
+    for (int frame = 0; frame < frames; ++frame) {
+        const double moment = Cutouts_Moment(animation, frame, frames);
+        Canvas canvas(width, height);
+        ShowArea(row, table.width, table.height, width, height, canvas.Context());
+        if (!DrawPose(table, Cutouts_Pose(table, animation, moment), pivots, svg, canvas.Context(),
+                      error))
+            return false;
+        out.push_back(canvas.Take());
+    }
+    return true;
+}
+
+}  // namespace
+
+bool Pictures_Load(const std::string& artFolder, PictureLibrary& out, std::string& error)
+{
+    out.state = std::make_shared<State>();
+    State& state = *out.state;
+    state.folder = artFolder;
+    state.table = artFolder + "/pictures.txt";
+    std::string text;
+    if (!ReadFile(state.table, text))
+        return Expected(state.table, 1, "a readable table of pictures", error);
+    int line = 0;
+    for (const std::string& row : Split(text, '\n'))
+        if (!ParseRow(state, row, ++line, error)) return false;
+    return true;
+}
+
+bool Pictures_Has(const PictureLibrary& library, const std::string& name)
+{
+    return library.state && library.state->rows.count(name) != 0;
+}
+
+std::vector<std::string> Pictures_Names(const PictureLibrary& library)
+{
+    return library.state ? library.state->names : std::vector<std::string>();
+}
+
+std::vector<std::string> Pictures_Files(const PictureLibrary& library)
+{
+    std::vector<std::string> files;
+    if (!library.state) return files;
+    files.push_back(library.state->table);
+    for (const auto& [name, row] : library.state->rows) {
+        files.push_back(library.state->folder + "/" + row.svg);
+        if (!row.cut.empty()) files.push_back(library.state->folder + "/" + row.cut);
+    }
+    std::sort(files.begin(), files.end());
+    files.erase(std::unique(files.begin(), files.end()), files.end());
+    return files;
+}
+
+bool Pictures_Render(const PictureLibrary& library, const std::string& name, int width, int height,
+                     int frames, std::vector<Image>& out, std::string& error)
+{
+    out.clear();
+    if (width < 1 || height < 1 || width > kLargest || height > kLargest || frames < 1) {
+        error = name + ": expected at least one frame of 1 to " + std::to_string(kLargest) +
+                " pixels each way, not " + std::to_string(frames) + " of " + std::to_string(width) +
+                " by " + std::to_string(height);
+        return false;
+    }
+    if (!Pictures_Has(library, name)) {
+        out.assign(static_cast<size_t>(frames), Pictures_Placeholder(name, width, height));
+        return true;
+    }
+    State& state = *library.state;
+    const Row& row = state.rows[name];
+    const SvgFile* svg = OpenSvg(state, row, error);
+    if (!svg) return false;
+    if (row.cut.empty()) return RenderGroups(state, row, *svg, width, height, frames, out, error);
+    return RenderCutout(state.cuts[row.cut], row, *svg, width, height, frames, out, error);
+}
+
+Image Pictures_Placeholder(const std::string& name, int width, int height)
+{
+    Canvas canvas(width, height);
+    cairo_t* cr = canvas.Context();
+    cairo_rectangle(cr, 0.5, 0.5, width - 1, height - 1);
+    cairo_set_source_rgba(cr, 0.62, 0.62, 0.68, 0.85);
+    cairo_fill_preserve(cr);
+    cairo_set_line_width(cr, 1);
+    cairo_set_source_rgba(cr, 0.25, 0.25, 0.3, 1);
+    cairo_stroke(cr);
+
+    cairo_select_font_face(cr, "sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cr, 20);
+    cairo_text_extents_t extents;
+    cairo_text_extents(cr, name.c_str(), &extents);
+    if (extents.width <= 0 || extents.height <= 0) return canvas.Take();
+    const double fit = std::min({(width - 4) / extents.width, (height - 4) / extents.height, 1.5});
+    if (fit <= 0) return canvas.Take();
+    cairo_translate(cr, width / 2.0, height / 2.0);
+    cairo_scale(cr, fit, fit);
+    cairo_move_to(cr, -extents.x_bearing - extents.width / 2,
+                  -extents.y_bearing - extents.height / 2);
+    cairo_show_text(cr, name.c_str());
+    return canvas.Take();
+}
+
+}  // namespace pack
