@@ -4,7 +4,12 @@
 # floor(<target> [FOLDERS <folder>...] [SOURCES <file>...] [EXCLUDE <file>...])
 function(floor target)
   cmake_parse_arguments(F "" "" "FOLDERS;SOURCES;EXCLUDE" ${ARGN})
-  set(found ${F_SOURCES})
+  set(found)
+  foreach(source IN LISTS F_SOURCES)
+    if(EXISTS ${CMAKE_SOURCE_DIR}/${source})
+      list(APPEND found ${source})
+    endif()
+  endforeach()
   foreach(folder IN LISTS F_FOLDERS)
     file(GLOB_RECURSE in_folder RELATIVE ${CMAKE_SOURCE_DIR} CONFIGURE_DEPENDS
          ${CMAKE_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_SOURCE_DIR}/${folder}/*.h)
