@@ -6,6 +6,7 @@
 #include "Host/Host.h"
 
 void Stage_Reset();  // clock 0, no messages, default desktop 1920 by 1080, empty notes
+void Stage_Quit();   // frees all of it
 void Stage_SetFolder(const char* folder);       // the program's and current folder
 void Stage_SetDataFolder(const char* folder);   // local and roaming data
 void Stage_MoveClock(int64_t micros);

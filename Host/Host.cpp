@@ -1,0 +1,3 @@
+#include "Host/Host.h"
+
+Host g_Host{};

@@ -1,0 +1,220 @@
+#include "Host/Posix_Files.h"
+
+#include <dirent.h>
+#include <errno.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace posix {
+
+namespace {
+
+// errno of the last failed call, as text.
+int g_lastErrno = 0;
+
+bool Fail()
+{
+    g_lastErrno = errno;
+    return false;
+}
+
+bool WriteWith(const char* path, const char* mode, const void* data, uint32_t size)
+{
+    FILE* file = fopen(path, mode);
+    if (!file) return Fail();
+    const bool written = fwrite(data, 1, size, file) == size;
+    if (!written) g_lastErrno = errno;
+    if (fclose(file) != 0) return Fail();
+    return written;
+}
+
+VxString WithSeparator(VxString folder)
+{
+    if (folder.empty() || folder.back() != '/') folder += '/';
+    return folder;
+}
+
+VxString DataFolder(const char* variable, const char* underHome)
+{
+    if (const char* set = getenv(variable); set && set[0] == '/') return WithSeparator(set);
+    const char* home = getenv("HOME");
+    return WithSeparator(VxString(home && home[0] ? home : "/tmp") + underHome);
+}
+
+}  // namespace
+
+bool Exists(const char* path)
+{
+    struct stat info;
+    return stat(path, &info) == 0 ? S_ISREG(info.st_mode) : Fail();
+}
+
+bool FolderExists(const char* path)
+{
+    struct stat info;
+    return stat(path, &info) == 0 ? S_ISDIR(info.st_mode) : Fail();
+}
+
+uint8_t* ReadAll(const char* path, uint32_t* size)
+{
+    *size = 0;
+    FILE* file = fopen(path, "rb");
+    if (!file) {
+        Fail();
+        return nullptr;
+    }
+    struct stat info;
+    uint8_t* block = nullptr;
+    if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size < INT32_MAX) {
+        const auto length = static_cast<size_t>(info.st_size);
+        block = static_cast<uint8_t*>(MemoryManager::Alloc(length + 1));
+        const size_t got = fread(block, 1, length, file);
+        block[got] = 0;
+        *size = static_cast<uint32_t>(got);
+    } else {
+        g_lastErrno = EINVAL;
+    }
+    fclose(file);
+    return block;
+}
+
+bool WriteAll(const char* path, const void* data, uint32_t size)
+{
+    return WriteWith(path, "wb", data, size);
+}
+
+bool Append(const char* path, const void* data, uint32_t size)
+{
+    return WriteWith(path, "ab", data, size);
+}
+
+bool Delete(const char* path) { return unlink(path) == 0 || Fail(); }
+bool Rename(const char* from, const char* to) { return rename(from, to) == 0 || Fail(); }
+
+bool MakeFolder(const char* path, int32_t mode)
+{
+    if (mkdir(path, static_cast<mode_t>(mode)) == 0) return true;
+    return errno == EEXIST ? FolderExists(path) : Fail();
+}
+
+bool List(const char* folder,
+          void (*visit)(void* context, const char* name, bool folder, uint64_t size),
+          void* context)
+{
+    DIR* dir = opendir(folder);
+    if (!dir) return Fail();
+    VxVector<VxString> names;
+    while (const dirent* entry = readdir(dir)) {
+        const VxString name = entry->d_name;
+        if (name != "." && name != "..") names.push_back(name);
+    }
+    closedir(dir);
+    std::sort(names.begin(), names.end());
+    for (const VxString& name : names) {
+        struct stat info;
+        if (stat((WithSeparator(folder) + name).c_str(), &info) != 0) continue;
+        visit(context, name.c_str(), S_ISDIR(info.st_mode), static_cast<uint64_t>(info.st_size));
+    }
+    return true;
+}
+
+VxString ProgramPath()
+{
+    char path[4096];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+    if (length <= 0) {
+        Fail();
+        return {};
+    }
+    return VxString(path, static_cast<size_t>(length));
+}
+
+VxString CurrentFolder()
+{
+    char path[4096];
+    if (getcwd(path, sizeof path)) return WithSeparator(path);
+    Fail();
+    return "/";
+}
+
+bool EnterFolder(const char* path) { return chdir(path) == 0 || Fail(); }
+VxString LocalData() { return DataFolder("XDG_DATA_HOME", "/.local/share"); }
+VxString RoamingData() { return DataFolder("XDG_CONFIG_HOME", "/.config"); }
+
+VxString Environment(const char* name)
+{
+    const char* value = getenv(name);
+    return value ? value : "";
+}
+
+VxString MachineId()
+{
+    uint32_t size = 0;
+    uint8_t* text = ReadAll("/etc/machine-id", &size);
+    if (!text) return {};
+    VxString id(reinterpret_cast<const char*>(text));
+    MemoryManager::Free(text);
+    while (!id.empty() && (id.back() == '\n' || id.back() == '\r')) id.pop_back();
+    return id;
+}
+
+const char* LastError() { return strerror(g_lastErrno); }
+
+void* OpenStream(const char* path, const char* mode)
+{
+    FILE* file = fopen(path, mode);
+    if (!file) Fail();
+    return file;
+}
+
+uint32_t ReadStream(void* stream, void* data, uint32_t size)
+{
+    return static_cast<uint32_t>(fread(data, 1, size, static_cast<FILE*>(stream)));
+}
+
+uint32_t WriteStream(void* stream, const void* data, uint32_t size)
+{
+    return static_cast<uint32_t>(fwrite(data, 1, size, static_cast<FILE*>(stream)));
+}
+
+void CloseStream(void* stream)
+{
+    if (stream) fclose(static_cast<FILE*>(stream));
+}
+
+int64_t Micros()
+{
+    timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<int64_t>(now.tv_sec) * 1000000 + now.tv_nsec / 1000;
+}
+
+void Block(int32_t millis)
+{
+    timespec until;
+    clock_gettime(CLOCK_MONOTONIC, &until);
+    const int64_t nanos = until.tv_nsec + static_cast<int64_t>(millis) * 1000000;
+    until.tv_sec += nanos / 1000000000;
+    until.tv_nsec = nanos % 1000000000;
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
+    }
+}
+
+HostLocalTime LocalTime()
+{
+    const time_t now = time(nullptr);
+    tm local;
+    localtime_r(&now, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_wday,
+            local.tm_hour,        local.tm_min,     local.tm_sec};
+}
+
+int64_t UnixSeconds() { return static_cast<int64_t>(time(nullptr)); }
+
+}  // namespace posix
