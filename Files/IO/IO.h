@@ -63,6 +63,7 @@ void IO_KeyClear(int32_t key);  // pumps messages, then clears the key on all si
 
 // Mouse position in the room, from device 0's client position.
 void IO_MouseRoomPosition(int32_t* x, int32_t* y);
+void IO_MouseViewPosition(int32_t number, int32_t* x, int32_t* y);  // through one view
 extern int32_t g_MouseRoomX, g_MouseRoomY, g_MousePreviousX, g_MousePreviousY;
 
 // ---- passes of the step

@@ -1,0 +1,231 @@
+#include "Files/IO/IO.h"
+
+#include <cstring>
+
+#include "Files/IO/IO_Record.h"
+#include "Files/Run/Run_State.h"
+#include "Host/Host.h"
+
+IOMessageSide g_IOMessage;
+IOFrameSide g_IOFrame;
+int32_t keyMap[kKeys];
+
+namespace {
+
+constexpr int32_t kMaxKey = kKeys - 1;
+constexpr int32_t kLeftShift = 160, kRightShift = 161;
+constexpr uint16_t kBackspace = 8, kFirstPrintable = 32;
+constexpr int32_t kFullString = 1023;
+
+int32_t g_buttonsHeld;  // the mouse is captured while above 0
+
+// Left and right Shift: messages cannot tell them apart, so they are polled.
+void PollShift(int32_t key)
+{
+    const bool down = g_Host.window.KeyState && g_Host.window.KeyState(key);
+    g_IOMessage.keyDownMsg[key] = down;
+    if (down) {
+        if (g_IOFrame.keyDown[key] != 1) g_IOMessage.keyPressedMsg[key] = 1;
+        g_IOMessage.keyReleasedMsg[key] = 0;
+    } else {
+        g_IOMessage.keyPressedMsg[key] = 0;
+        if (g_IOFrame.keyDown[key]) g_IOMessage.keyReleasedMsg[key] = 1;
+    }
+}
+
+void ClearFrameLatches()
+{
+    memset(g_IOFrame.keyPressed, 0, sizeof g_IOFrame.keyPressed);
+    memset(g_IOFrame.keyReleased, 0, sizeof g_IOFrame.keyReleased);
+    memset(g_IOFrame.buttonPressed, 0, sizeof g_IOFrame.buttonPressed);
+    memset(g_IOFrame.buttonReleased, 0, sizeof g_IOFrame.buttonReleased);
+    memset(g_IOFrame.wheelUp, 0, sizeof g_IOFrame.wheelUp);
+    memset(g_IOFrame.wheelDown, 0, sizeof g_IOFrame.wheelDown);
+}
+
+void CopyKeys()
+{
+    memcpy(g_IOFrame.string, g_IOMessage.stringMsg, sizeof g_IOFrame.string);
+    g_IOFrame.stringLength = g_IOMessage.stringLength;
+    g_IOFrame.lastKey = g_IOMessage.lastKeyMsg;
+    g_IOFrame.curKey = g_IOMessage.curKeyMsg;
+    g_IOFrame.lastChar = g_IOMessage.lastCharMsg;
+    memcpy(g_IOFrame.keyDown, g_IOMessage.keyDownMsg, sizeof g_IOFrame.keyDown);
+    memcpy(g_IOFrame.keyPressed, g_IOMessage.keyPressedMsg, sizeof g_IOFrame.keyPressed);
+    memcpy(g_IOFrame.keyReleased, g_IOMessage.keyReleasedMsg, sizeof g_IOFrame.keyReleased);
+}
+
+void CopyMouse()
+{
+    memcpy(g_IOFrame.buttonDown[0], g_IOMessage.buttonDownMsg, kButtons);
+    memcpy(g_IOFrame.buttonPressed[0], g_IOMessage.buttonPressedMsg, kButtons);
+    memcpy(g_IOFrame.buttonReleased[0], g_IOMessage.buttonReleasedMsg, kButtons);
+    g_IOFrame.button[0] = g_IOMessage.buttonMsg;
+    g_IOFrame.lastButton[0] = g_IOMessage.lastButtonMsg;
+    g_IOFrame.wheelUp[0] = g_IOMessage.wheelUpMsg;
+    g_IOFrame.wheelDown[0] = g_IOMessage.wheelDownMsg;
+}
+
+void ClearMessageLatches()
+{
+    memset(g_IOMessage.keyPressedMsg, 0, sizeof g_IOMessage.keyPressedMsg);
+    memset(g_IOMessage.keyReleasedMsg, 0, sizeof g_IOMessage.keyReleasedMsg);
+    memset(g_IOMessage.buttonPressedMsg, 0, sizeof g_IOMessage.buttonPressedMsg);
+    memset(g_IOMessage.buttonReleasedMsg, 0, sizeof g_IOMessage.buttonReleasedMsg);
+    g_IOMessage.wheelUpMsg = g_IOMessage.wheelDownMsg = 0;
+}
+
+bool AnyKey(const uint8_t* keys)
+{
+    return memchr(keys, 1, kKeys) != nullptr;
+}
+
+bool Check(const uint8_t* keys, int32_t key)
+{
+    if (key == 0) return !AnyKey(keys);
+    if (key == 1) return AnyKey(keys);
+    return key > 1 && key <= kMaxKey && keys[key];
+}
+
+}  // namespace
+
+void IO_Init()
+{
+    g_buttonsHeld = 0;
+    g_IOMessage = IOMessageSide{};
+    g_IOFrame = IOFrameSide{};
+    for (int32_t key = 0; key < kKeys; ++key) keyMap[key] = key;
+    Record_Open(g_Switches.record.c_str(), g_Switches.playback.c_str());
+}
+
+void IO_Quit()
+{
+    Record_Close();
+}
+
+void IO_Clear()
+{
+    const int32_t mouseX = g_IOMessage.mouseXMsg, mouseY = g_IOMessage.mouseYMsg;
+    g_IOMessage = IOMessageSide{};
+    g_IOMessage.mouseXMsg = mouseX;
+    g_IOMessage.mouseYMsg = mouseY;
+    ClearFrameLatches();
+    memset(g_IOFrame.keyDown, 0, sizeof g_IOFrame.keyDown);
+    memset(g_IOFrame.buttonDown, 0, sizeof g_IOFrame.buttonDown);
+    memset(g_IOFrame.string, 0, sizeof g_IOFrame.string);
+    g_IOFrame.stringLength = 0;
+    g_IOFrame.lastKey = g_IOFrame.curKey = g_IOFrame.prevKey = 0;
+    g_IOFrame.lastChar = 0;
+    g_IOFrame.button[0] = g_IOFrame.lastButton[0] = 0;
+}
+
+void IO_Update()
+{
+    ClearFrameLatches();
+    if (Record_ReadFrame()) return;
+    g_IOFrame.mouseX[0] = g_IOMessage.mouseXMsg;
+    g_IOFrame.mouseY[0] = g_IOMessage.mouseYMsg;
+    PollShift(kLeftShift);
+    PollShift(kRightShift);
+    CopyKeys();
+    CopyMouse();
+    ClearMessageLatches();
+    Record_WriteFrame();
+}
+
+void Key_Down(int32_t key, bool repeat)
+{
+    if (key < 0 || key > kMaxKey) return;
+    const int32_t k = keyMap[key];
+    if (k < 0 || k > kMaxKey) return;
+    g_IOMessage.prevKeyMsg = g_IOMessage.curKeyMsg;
+    g_IOMessage.lastKeyMsg = g_IOMessage.curKeyMsg = k;
+    if (g_IOMessage.keyDownMsg[k] != 1 && !repeat) g_IOMessage.keyPressedMsg[k] = 1;
+    g_IOMessage.keyDownMsg[k] = 1;
+}
+
+void Key_Up(int32_t key)
+{
+    if (key < 0 || key > kMaxKey) return;
+    const int32_t k = keyMap[key];
+    if (k < 0 || k > kMaxKey) return;
+    if (k == g_IOMessage.curKeyMsg) {
+        const int32_t before = g_IOMessage.prevKeyMsg;
+        const bool stillDown = before != k && g_IOMessage.keyDownMsg[before];
+        g_IOMessage.curKeyMsg = stillDown ? before : 0;
+    }
+    g_IOMessage.keyDownMsg[k] = 0;
+    g_IOMessage.keyReleasedMsg[k] = 1;
+}
+
+void Key_Char(uint16_t unit)
+{
+    g_IOMessage.lastCharMsg = unit;
+    uint16_t* text = g_IOMessage.stringMsg;
+    int32_t& length = g_IOMessage.stringLength;
+    if (length >= kFullString) {
+        text[0] = text[length - 1];
+        length = 1;
+    }
+    if (unit == kBackspace) {
+        if (length > 0) --length;
+    } else if (unit >= kFirstPrintable) {
+        text[length++] = unit;
+    }
+    text[length] = 0;
+}
+
+void Mouse_ButtonDown(int32_t button, int32_t x, int32_t y)
+{
+    if (button < 1 || button > kButtons) return;
+    if (g_buttonsHeld++ == 0) g_Host.window.Capture(true);
+    Mouse_Move(x, y);
+    g_IOMessage.lastButtonMsg = g_IOMessage.buttonMsg = button;
+    if (!g_IOMessage.buttonDownMsg[button - 1]) g_IOMessage.buttonPressedMsg[button - 1] = 1;
+    g_IOMessage.buttonDownMsg[button - 1] = 1;
+}
+
+void Mouse_ButtonUp(int32_t button, int32_t x, int32_t y)
+{
+    if (button < 1 || button > kButtons) return;
+    if (g_buttonsHeld > 0 && --g_buttonsHeld < 1) g_Host.window.Capture(false);
+    Mouse_Move(x, y);
+    g_IOMessage.buttonMsg = 0;
+    g_IOMessage.buttonDownMsg[button - 1] = 0;
+    g_IOMessage.buttonPressedMsg[button - 1] = 0;
+    g_IOMessage.buttonReleasedMsg[button - 1] = 1;
+}
+
+void Mouse_Wheel(int32_t delta)
+{
+    if (delta > 0) g_IOMessage.wheelUpMsg = 1;
+    if (delta < 0) g_IOMessage.wheelDownMsg = 1;
+}
+
+void Mouse_Move(int32_t x, int32_t y)
+{
+    g_IOMessage.mouseXMsg = static_cast<int16_t>(x);
+    g_IOMessage.mouseYMsg = static_cast<int16_t>(y);
+}
+
+bool IO_KeyCheck(int32_t key)
+{
+    return Check(g_IOFrame.keyDown, key);
+}
+bool IO_KeyPressed(int32_t key)
+{
+    return Check(g_IOFrame.keyPressed, key);
+}
+bool IO_KeyReleased(int32_t key)
+{
+    return Check(g_IOFrame.keyReleased, key);
+}
+
+void IO_KeyClear(int32_t key)
+{
+    Process_Messages();
+    if (key < 0 || key > kMaxKey) return;
+    g_IOFrame.keyDown[key] = g_IOFrame.keyPressed[key] = g_IOFrame.keyReleased[key] = 0;
+    g_IOMessage.keyDownMsg[key] = g_IOMessage.keyPressedMsg[key] = g_IOMessage.keyReleasedMsg[key] =
+        0;
+}
