@@ -6,9 +6,9 @@
 #include "Platform/MemoryManager.h"
 
 #if defined(__GNUC__)
-#define VX_PRINTF(format, first) __attribute__((format(printf, format, first)))
+#define VX_PRINTF(text, first) __attribute__((format(printf, text, first)))
 #else
-#define VX_PRINTF(format, first)
+#define VX_PRINTF(text, first)
 #endif
 
 class tagIConsole {
@@ -20,7 +20,7 @@ public:
 
 class DummyConsole : public tagIConsole {
 public:
-    void Output(const char*, ...) override VX_PRINTF(2, 3) {}
+    void Output(const char*, ...) override {}
 };
 
 // Lines of at most 4,096 bytes to the standard output (not with -headless) and to
@@ -28,7 +28,7 @@ public:
 class TConsole : public tagIConsole {
 public:
     explicit TConsole(bool errorFile) : errorFile_(errorFile) {}
-    void Output(const char* format, ...) override VX_PRINTF(2, 3);
+    void Output(const char* format, ...) override;
 
 private:
     bool errorFile_;  // which of the two output files: -debugoutput or -output
@@ -39,7 +39,7 @@ class TErrStreamConsole : public tagIConsole {
 public:
     TErrStreamConsole();
     ~TErrStreamConsole() override;
-    void Output(const char* format, ...) override VX_PRINTF(2, 3);
+    void Output(const char* format, ...) override;
     const char* Text() const { return text_; }
     size_t Length() const { return length_; }
 
