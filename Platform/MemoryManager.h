@@ -6,18 +6,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <source_location>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Platform/SourceLine.h"
+
 namespace MemoryManager {
 
-using Where = std::source_location;
+using Where = SourceLine;
 
-// Counters since the last Init. `calls` counts every Alloc and every ReAlloc
-// that made a new block: two equal readings around a frame prove that the frame
-// allocated nothing.
+// Counters since the start of the process. `calls` counts every Alloc and every
+// ReAlloc that made a new block: two equal readings around a frame prove that the
+// frame allocated nothing.
 struct Stats {
     size_t bytesInUse;   // bytes of all live blocks, pools included
     size_t bytesInHeap;  // bytes now taken from the system heap, pages included
@@ -49,7 +50,18 @@ void SetLength(T** pointer, size_t size, Where where = Where::current())
 void Free(void* pointer);          // null does nothing
 size_t GetSize(const void* pointer);  // capacity of a pool block, size of a heap block, 0 for null
 
+// A zeroed 16-byte block of a pool of its own, for values of user variables.
+void* AllocEntry(Where where = Where::current());
+
 Stats GetStats();
+// A place in the source that allocates, counted since the start of the process.
+struct Site {
+    const char* file;
+    uint32_t line;
+    uint64_t calls, bytes;
+};
+// Visits every place in no order; debug builds only, a release build counts none.
+void VisitSites(void (*visit)(void* context, const Site& site), void* context);
 // Writes "Total memory used = %d(0x%08lx) bytes\n" into `out` (at least 64 bytes).
 void DescribeStats(char* out, size_t size);
 

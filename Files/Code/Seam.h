@@ -18,14 +18,14 @@
 // an error report names the statement under way.
 
 #include <cstdint>
-#include <source_location>
 #include <type_traits>
 
 #include "Files/Code/CCode.h"
 #include "Files/Code/Script_Interface.h"
 #include "Files/Object/CInstance.h"
+#include "Platform/SourceLine.h"
 
-using Here = std::source_location;
+using Here = SourceLine;
 
 // Puts the function on the trace chain for its life.
 class Frame {
