@@ -80,10 +80,10 @@ public:
         for (std::string word; stream >> word;) words.push_back(word);
         if (words.empty()) return true;
         if (words[0] == "size") return Size(words);
-        if (words[0] == "part") return Part(words);
+        if (words[0] == "part" || words[0] == "joint") return Part(words);
         if (words[0] == "animation") return Animation(words);
         if (table_.animations.empty())
-            return Expected("size, part or animation instead of \"" + words[0] + "\"");
+            return Expected("size, part, joint or animation instead of \"" + words[0] + "\"");
         return Track(words);
     }
 
@@ -114,15 +114,19 @@ private:
 
     bool Part(const std::vector<std::string>& words)
     {
-        if (words.size() < 2) return Expected("a name after part");
+        if (words.size() < 2) return Expected("a name after " + words[0]);
         if (!table_.animations.empty()) return Expected("every part before the first animation");
         if (FindPart(table_, words[1]) >= 0)
             return Expected("a new name, \"" + words[1] + "\" is already a part");
         CutoutPart part;
         part.name = part.group = words[1];
+        const bool joint = words[0] == "joint";
         part.line = line_;
         for (size_t i = 2; i < words.size(); ++i)
             if (!PartKey(words[i], part)) return false;
+        if (joint) part.group.clear();
+        if (joint && !part.fixedPivot && part.marker.empty())
+            return Expected("pivot= for the joint \"" + words[1] + "\"");
         table_.parts.push_back(part);
         return true;
     }

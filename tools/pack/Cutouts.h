@@ -3,6 +3,7 @@
 // of a drawing. One table serves every drawing with the same groups.
 //
 //   size 52 52                          the area shown, in units of the drawing
+//   joint root     pivot=26,39          a part without a picture, to hang others on
 //   part leg-far   pivot=hip            drawn in this order, the first at the back
 //   part arm-near  parent=body pivot=21,30 group=arm
 //   animation walk length=4 loop
@@ -41,7 +42,8 @@ struct CutoutTrack {
 };
 
 struct CutoutPart {
-    std::string name, group;
+    std::string name;
+    std::string group;   // empty for a joint
     int parent = -1;     // index of an earlier part
     std::string marker;  // element whose middle is the pivot; empty with a fixed pivot
     bool fixedPivot = false;

@@ -222,12 +222,18 @@ void ShowArea(const Row& row, double areaWidth, double areaHeight, int width, in
     const double x = row.hasView ? row.view[0] : 0, y = row.hasView ? row.view[1] : 0;
     const double w = row.hasView ? row.view[2] : areaWidth;
     const double h = row.hasView ? row.view[3] : areaHeight;
-    if (row.flip) {
-        cairo_translate(cr, width, 0);
-        cairo_scale(cr, -1, 1);
-    }
     cairo_scale(cr, width / w, height / h);
     cairo_translate(cr, -x, -y);
+}
+
+void Mirror(Image& image)
+{
+    const auto row = static_cast<size_t>(image.width) * 4;
+    for (int y = 0; y < image.height; ++y) {
+        uint8_t* pixels = &image.bgra[static_cast<size_t>(y) * row];
+        for (size_t x = 0; x < row / 8; ++x)
+            std::swap_ranges(pixels + x * 4, pixels + x * 4 + 4, pixels + row - x * 4 - 4);
+    }
 }
 
 bool CheckGroup(const SvgFile& svg, const std::string& id, const std::string& file, int line,
@@ -257,6 +263,60 @@ bool RenderGroups(State& state, const Row& row, const SvgFile& svg, int width, i
     return true;
 }
 
+// A part of a cut-out: its group as a sheet of pixels, cut out once for all frames.
+// The drawing library knows no turned or mirrored clear groups, so a group is drawn
+// upright and the sheet is turned.
+class Cutting {
+public:
+    Cutting() = default;
+    ~Cutting()
+    {
+        if (surface_) cairo_surface_destroy(surface_);
+    }
+    Cutting(const Cutting&) = delete;
+    Cutting& operator=(const Cutting&) = delete;
+
+    // scaleX, scaleY: samples of the sheet for one unit of the drawing.
+    bool Cut(const SvgFile& svg, const std::string& group, double scaleX, double scaleY,
+             std::string& error)
+    {
+        double width = 0, height = 0;
+        if (group.empty() || !svg.Area(group, x_, y_, width, height)) return true;
+        x_ -= kMargin;
+        y_ -= kMargin;
+        scaleX_ = scaleX;
+        scaleY_ = scaleY;
+        surface_ = cairo_image_surface_create(
+            CAIRO_FORMAT_ARGB32, static_cast<int>(std::ceil((width + 2 * kMargin) * scaleX)),
+            static_cast<int>(std::ceil((height + 2 * kMargin) * scaleY)));
+        cairo_t* cr = cairo_create(surface_);
+        cairo_scale(cr, scaleX, scaleY);
+        cairo_translate(cr, -x_, -y_);
+        const bool drawn = svg.Draw(cr, group, error);
+        cairo_destroy(cr);
+        return drawn;
+    }
+
+    void Draw(cairo_t* cr, const cairo_matrix_t& matrix, double fade) const
+    {
+        if (!surface_) return;
+        cairo_save(cr);
+        cairo_transform(cr, &matrix);
+        cairo_translate(cr, x_, y_);
+        cairo_scale(cr, 1 / scaleX_, 1 / scaleY_);
+        cairo_set_source_surface(cr, surface_, 0, 0);
+        cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_BILINEAR);
+        cairo_paint_with_alpha(cr, fade);
+        cairo_restore(cr);
+    }
+
+private:
+    static constexpr double kMargin = 1;  // units around the group, for soft edges
+
+    cairo_surface_t* surface_ = nullptr;  // null for a group without marks
+    double x_ = 0, y_ = 0, scaleX_ = 1, scaleY_ = 1;
+};
+
 struct Pivot {
     double x = 0, y = 0;
 };
@@ -267,12 +327,13 @@ bool FindPivots(const CutoutTable& table, const Row& row, const SvgFile& svg,
     for (const CutoutPart& part : table.parts) {
         if (!CheckGroup(svg, part.group, table.file, part.line, row.svg, error)) return false;
         Pivot pivot{part.pivotX, part.pivotY};
-        if (!part.fixedPivot) {
-            const std::string& id = part.marker.empty() ? part.group : part.marker;
-            if (!svg.Middle(id, pivot.x, pivot.y))
-                return Expected(table.file, part.line,
-                                "an element \"" + id + "\" with a size in " + row.svg, error);
-        }
+        const std::string& id = part.marker.empty() ? part.group : part.marker;
+        double x = 0, y = 0, width = 0, height = 0;
+        const bool found = svg.Area(id, x, y, width, height);
+        if (!part.marker.empty() && !found)
+            return Expected(table.file, part.line, "a marker \"" + part.marker + "\" in " + row.svg,
+                            error);
+        if (!part.fixedPivot) pivot = {x + width / 2, y + height / 2};
         pivots.push_back(pivot);
     }
     return true;
@@ -288,23 +349,8 @@ cairo_matrix_t PoseMatrix(const CutoutPose& pose, const Pivot& pivot)
     return matrix;
 }
 
-bool DrawPart(const SvgFile& svg, const std::string& group, const cairo_matrix_t& matrix,
-              double fade, cairo_t* cr, std::string& error)
-{
-    cairo_save(cr);
-    cairo_transform(cr, &matrix);
-    if (fade < 1) cairo_push_group(cr);
-    const bool drawn = svg.Draw(cr, group, error);
-    if (fade < 1) {
-        cairo_pop_group_to_source(cr);
-        cairo_paint_with_alpha(cr, fade);
-    }
-    cairo_restore(cr);
-    return drawn;
-}
-
-bool DrawPose(const CutoutTable& table, const std::vector<CutoutPose>& poses,
-              const std::vector<Pivot>& pivots, const SvgFile& svg, cairo_t* cr, std::string& error)
+void DrawPose(const CutoutTable& table, const std::vector<CutoutPose>& poses,
+              const std::vector<Pivot>& pivots, const std::vector<Cutting>& cuttings, cairo_t* cr)
 {
     std::vector<cairo_matrix_t> matrices(poses.size());
     std::vector<bool> shown(poses.size());
@@ -318,12 +364,9 @@ bool DrawPose(const CutoutTable& table, const std::vector<CutoutPose>& poses,
             cairo_matrix_multiply(&matrices[i], &matrices[i], &matrices[parent]);
             shown[i] = shown[i] && shown[parent];
         }
-        if (!shown[i] || pose.fade <= 0 || pose.scaleX == 0 || pose.scaleY == 0) continue;
-        std::string problem;
-        if (!DrawPart(svg, part.group, matrices[i], pose.fade, cr, problem))
-            return Expected(table.file, part.line, part.group + " to be drawn: " + problem, error);
+        if (shown[i] && pose.scaleX != 0 && pose.scaleY != 0)
+            cuttings[i].Draw(cr, matrices[i], pose.fade);
     }
-    return true;
 }
 
 bool RenderCutout(const CutoutTable& table, const Row& row, const SvgFile& svg, int width,
@@ -331,14 +374,21 @@ bool RenderCutout(const CutoutTable& table, const Row& row, const SvgFile& svg, 
 {
     std::vector<Pivot> pivots;
     if (!FindPivots(table, row, svg, pivots, error)) return false;
+    const double scaleX = kSamples * width / (row.hasView ? row.view[2] : table.width);
+    const double scaleY = kSamples * height / (row.hasView ? row.view[3] : table.height);
+    std::vector<Cutting> cuttings(table.parts.size());
+    for (size_t i = 0; i < cuttings.size(); ++i) {
+        const CutoutPart& part = table.parts[i];
+        std::string problem;
+        if (!cuttings[i].Cut(svg, part.group, scaleX, scaleY, problem))
+            return Expected(table.file, part.line, part.group + " to be drawn: " + problem, error);
+    }
     const CutoutAnimation& animation = *Cutouts_Find(table, row.animation);
     for (int frame = 0; frame < frames; ++frame) {
         const double moment = Cutouts_Moment(animation, frame, frames);
         Canvas canvas(width, height);
         ShowArea(row, table.width, table.height, width, height, canvas.Context());
-        if (!DrawPose(table, Cutouts_Pose(table, animation, moment), pivots, svg, canvas.Context(),
-                      error))
-            return false;
+        DrawPose(table, Cutouts_Pose(table, animation, moment), pivots, cuttings, canvas.Context());
         out.push_back(canvas.Take());
     }
     return true;
@@ -403,8 +453,12 @@ bool Pictures_Render(const PictureLibrary& library, const std::string& name, int
     const Row& row = state.rows[name];
     const SvgFile* svg = OpenSvg(state, row, error);
     if (!svg) return false;
-    if (row.cut.empty()) return RenderGroups(state, row, *svg, width, height, frames, out, error);
-    return RenderCutout(state.cuts[row.cut], row, *svg, width, height, frames, out, error);
+    const bool done =
+        row.cut.empty()
+            ? RenderGroups(state, row, *svg, width, height, frames, out, error)
+            : RenderCutout(state.cuts[row.cut], row, *svg, width, height, frames, out, error);
+    if (row.flip) std::for_each(out.begin(), out.end(), Mirror);
+    return done;
 }
 
 Image Pictures_Placeholder(const std::string& name, int width, int height)

@@ -89,16 +89,20 @@ bool SvgFile::Draw(cairo_t* target, const std::string& id, std::string& error) c
     return false;
 }
 
-bool SvgFile::Middle(const std::string& id, double& x, double& y) const
+bool SvgFile::Area(const std::string& id, double& x, double& y, double& width, double& height) const
 {
+    x = y = width = height = 0;
     RsvgRectangle ink{}, logical{};
     if (!Has(id) ||
         !rsvg_handle_get_geometry_for_layer(handle_->rsvg, ("#" + id).c_str(), &handle_->viewport,
                                             &ink, &logical, nullptr))
         return false;
-    x = logical.x + logical.width / 2;
-    y = logical.y + logical.height / 2;
-    return logical.width > 0 && logical.height > 0;
+    if (!(ink.width > 0) || !(ink.height > 0)) return false;
+    x = ink.x;
+    y = ink.y;
+    width = ink.width;
+    height = ink.height;
+    return true;
 }
 
 }  // namespace pack

@@ -26,8 +26,9 @@ public:
     // the drawing. False with a message without a place in `error`.
     bool Draw(cairo_t* target, const std::string& id, std::string& error) const;
 
-    // The middle of the element `id`, in units of the drawing.
-    bool Middle(const std::string& id, double& x, double& y) const;
+    // The box around all that the element `id` draws, in units of the drawing; for a
+    // part without marks, such as an empty group, false and a box of size 0.
+    bool Area(const std::string& id, double& x, double& y, double& width, double& height) const;
 
 private:
     SvgFile() = default;
