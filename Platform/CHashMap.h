@@ -67,8 +67,8 @@ public:
     {
         Value* value = Find(key);
         if (!value) return false;
-        Entry* entry = reinterpret_cast<Entry*>(reinterpret_cast<char*>(value) -
-                                                offsetof(Entry, value));
+        Entry* entry =
+            reinterpret_cast<Entry*>(reinterpret_cast<char*>(value) - offsetof(Entry, value));
         uint32_t index = static_cast<uint32_t>(entry - entries_);
         for (;;) {
             const uint32_t next = (index + 1) & mask_;

@@ -47,7 +47,7 @@ void SetLength(T** pointer, size_t size, Where where = Where::current())
     *pointer = static_cast<T*>(ReAlloc(*pointer, size, where));
 }
 
-void Free(void* pointer);          // null does nothing
+void Free(void* pointer);             // null does nothing
 size_t GetSize(const void* pointer);  // capacity of a pool block, size of a heap block, 0 for null
 
 // A zeroed 16-byte block of a pool of its own, for values of user variables.
