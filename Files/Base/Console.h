@@ -52,6 +52,10 @@ extern tagIConsole* g_DebugConsole;   // tracing of start-up; discards unless -d
 extern tagIConsole* g_ErrorConsole;   // messages of the runtime itself
 extern tagIConsole* g_OutputConsole;  // show_debug_message and "ERROR!!! :: %s\n"
 
+// show_debug_message: up to 1,024 characters in one piece, longer ones in pieces of
+// 1,023 with the line end behind the last.
+void Console_DebugMessage(const char* text);
+
 void Console_Init();
 void Console_Quit();
 // `debugOutput` also makes the debug console the same as the error console.

@@ -62,5 +62,13 @@ struct Letterbox {
     float left, top, right, bottom;
 };
 Letterbox Window_Letterbox();
+// The mode cursor values of window_set_cursor: cr_default 0, cr_none -1, cr_cross -3 ...
+void Window_SetCursorValue(int32_t value);
+void Window_SetCaption(const char* caption);
+// The size that the view mapping of the window uses, cut to the desktop; resets the
+// viewport and the view area when it differs.
+void Window_SetDeviceSize(int32_t width, int32_t height);
+// Asks for a reset at the next frame's head with these settings.
+void Window_RequestReset(int32_t antialias, bool vsync);
 void Window_LetterboxOffsets(int32_t* left, int32_t* top);
 void Surface_DrawToWindow(int32_t x, int32_t y, int32_t width, int32_t height);

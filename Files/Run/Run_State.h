@@ -62,3 +62,4 @@ int Runner_Main(int argc, const char* const* argv, const RunnerData& attachment)
 // One frame: a step and a draw.
 void DoAStep();
 void RunStepEvent(int32_t subtype);
+void Step_StartDeltaTime();  // the next g_DeltaTime counts from now
