@@ -17,7 +17,7 @@ const DeviceTable* g_Device;
 namespace {
 
 constexpr uint32_t kImmediate = 0x80000000U;
-constexpr uint32_t kBlack = 0xFF000000U, kWhite = 0xFFFFFFU;
+constexpr uint32_t kWhite = 0xFFFFFFU;
 constexpr int kFirstShows = 10;  // pumps of the message queue when the window first shows
 constexpr char kNoDevice[] =
     "Failed to create Direct3D Device. Please check that your drivers are up-to-date. "
@@ -78,13 +78,6 @@ void NoteBackBuffer()
     g_Host.window.ClientSize(&g_Display.clientWidth, &g_Display.clientHeight);
     g_Display.backbufferWidth = g_Display.clientWidth;
     g_Display.backbufferHeight = g_Display.clientHeight;
-}
-
-void ResetArea()
-{
-    View_SetPort(0, 0, g_Display.clientWidth, g_Display.clientHeight);
-    View_SetArea(0, 0, static_cast<float>(g_Display.clientWidth),
-                 static_cast<float>(g_Display.clientHeight), 0);
 }
 
 void CentreClient()
@@ -175,23 +168,14 @@ bool GR_D3D_Init(int32_t width, int32_t height, uint32_t flags)
     g_deviceFullscreen = g_Display.fullscreen;
     NoteBackBuffer();
     g_DebugConsole->Output("Get Device Caps\n");
-    GpuState_Init();
-    Batch_Init();
-    Texture_Init();
-    Surface_Init();
-    GpuState_SendAll();
-    g_Device->Clear(CLEAR_COLOUR | CLEAR_DEPTH | CLEAR_STENCIL, kBlack, 1.0F, 0);
-    ResetArea();
     g_DebugConsole->Output("Graphics initialisation end...\n");
-    return true;
+    return Graphics_Start();
 }
 
 void GR_D3D_Quit()
 {
     if (!g_Device) return;
-    Surface_Quit();
-    Batch_Quit();
-    Texture_FreeAll();
+    Graphics_Stop();
     g_Device->Close();
     g_Device = nullptr;
 }
@@ -223,9 +207,7 @@ bool Display_Reset()
     g_Display.sizeEvent = false;
     if (!done) return false;
     NoteBackBuffer();
-    g_Device->Clear(CLEAR_COLOUR | CLEAR_DEPTH | CLEAR_STENCIL, kBlack, 1.0F, 0);
-    GpuState_SendAll();
-    ResetArea();
+    Graphics_AfterReset();
     return true;
 }
 
