@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-bool Value::operator==(const char* text) const
+bool Value::is(const char* text) const
 {
     const char* own = VXGetText(&value_);
     return own && strcmp(own, text) == 0;
@@ -53,8 +53,14 @@ Value TargetVar::get() const
     return out;
 }
 
-TargetVar::operator double() const { return get(); }
-TargetVar::operator bool() const { return static_cast<bool>(get()); }
+TargetVar::operator double() const
+{
+    return get();
+}
+TargetVar::operator bool() const
+{
+    return static_cast<bool>(get());
+}
 
 void TargetVar::Set(const RValue& value) const
 {

@@ -60,15 +60,31 @@ private:
 };
 
 // ---- names of things in the archive: a number with a type
-struct Sprite { int32_t index; };
-struct Background { int32_t index; };
-struct Sound { int32_t index; };
-struct Font { int32_t index; };
-struct Room { int32_t index; };
-struct Script { int32_t index; };
+struct Sprite {
+    int32_t index;
+};
+struct Background {
+    int32_t index;
+};
+struct Sound {
+    int32_t index;
+};
+struct Font {
+    int32_t index;
+};
+struct Room {
+    int32_t index;
+};
+struct Script {
+    int32_t index;
+};
 class TargetVar;
-struct InstanceVar { int32_t slot; };
-struct BuiltinVar { int32_t position; };  // in varSlots
+struct InstanceVar {
+    int32_t slot;
+};
+struct BuiltinVar {
+    int32_t position;
+};  // in varSlots
 struct Object {
     int32_t index;
     // On every instance of the object: a write sets all, a read takes the first.
@@ -78,9 +94,8 @@ struct Object {
 
 template <class T>
 concept AssetName = std::is_same_v<T, Sprite> || std::is_same_v<T, Background> ||
-                    std::is_same_v<T, Sound> || std::is_same_v<T, Font> ||
-                    std::is_same_v<T, Room> || std::is_same_v<T, Script> ||
-                    std::is_same_v<T, Object>;
+    std::is_same_v<T, Sound> || std::is_same_v<T, Font> || std::is_same_v<T, Room> ||
+    std::is_same_v<T, Script> || std::is_same_v<T, Object>;
 
 // Names one instance or the instances of an object.
 struct Target {
@@ -98,8 +113,8 @@ struct Number {
     double value;
     Here where;
     template <class T>
-        requires std::is_arithmetic_v<T>
-    Number(T number, Here at = Here::current()) : value(static_cast<double>(number)), where(at)
+    requires std::is_arithmetic_v<T> Number(T number, Here at = Here::current())
+        : value(static_cast<double>(number)), where(at)
     {
     }
     template <AssetName T>
@@ -126,7 +141,12 @@ public:
     operator double() const { return REAL_RValue(&value_); }
     explicit operator bool() const { return BOOL_RValue(&value_); }
     const char* text() const { return VXGetText(&value_) ? VXGetText(&value_) : ""; }
-    bool operator==(const char* text) const;
+    bool is(const char* text) const;  // a string with exactly this text
+    template <size_t N>
+    bool operator==(const char (&text)[N]) const
+    {
+        return is(text);
+    }
     RValue& raw() { return value_; }
     const RValue& raw() const { return value_; }
 
@@ -148,10 +168,22 @@ public:
     Value get() const;
     operator double() const;
     explicit operator bool() const;
-    bool operator==(const char* text) const { return get() == text; }
+    template <size_t N>
+    bool operator==(const char (&text)[N]) const
+    {
+        return get().is(text);
+    }
 
-    void operator=(Number number) { Frame::Line(number.where); Set(RValue(number.value)); }
-    void operator=(Text text) { Frame::Line(text.where); SetText(text.value); }
+    void operator=(Number number)
+    {
+        Frame::Line(number.where);
+        Set(RValue(number.value));
+    }
+    void operator=(Text text)
+    {
+        Frame::Line(text.where);
+        SetText(text.value);
+    }
     void operator=(const Value& value) { Set(value.raw()); }
     void operator=(const VarRef& from) { Set(from.get().raw()); }
     void operator+=(Number number) { *this = Number(double(*this) + number.value, number.where); }
@@ -183,8 +215,16 @@ public:
     Value get() const;  // of the first instance; undefined when there is none
     operator double() const;
     explicit operator bool() const;
-    bool operator==(const char* text) const { return get() == text; }
-    void operator=(Number number) const { Frame::Line(number.where); Set(RValue(number.value)); }
+    template <size_t N>
+    bool operator==(const char (&text)[N]) const
+    {
+        return get().is(text);
+    }
+    void operator=(Number number) const
+    {
+        Frame::Line(number.where);
+        Set(RValue(number.value));
+    }
     void operator=(Text text) const;
     void operator=(const Value& value) const { Set(value.raw()); }
 
@@ -200,7 +240,11 @@ struct Global {
     VarRef ref() const { return VarRef(g_Global->Slots() + slot, ARRAY_INDEX_NONE); }
     operator double() const { return REAL_RValue(g_Global->Slots() + slot); }
     explicit operator bool() const { return BOOL_RValue(g_Global->Slots() + slot); }
-    bool operator==(const char* text) const { return ref() == text; }
+    template <size_t N>
+    bool operator==(const char (&text)[N]) const
+    {
+        return ref() == text;
+    }
     void operator=(Number number) const { ref() = number; }
     void operator=(Text text) const { ref() = text; }
     void operator=(const Value& value) const { ref() = value; }

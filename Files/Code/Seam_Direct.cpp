@@ -15,7 +15,10 @@
 
 namespace {
 
-float F(double value) { return static_cast<float>(value); }
+float F(double value)
+{
+    return static_cast<float>(value);
+}
 
 }  // namespace
 
