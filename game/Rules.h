@@ -1,0 +1,40 @@
+#pragma once
+// What every family of rules shares: the seam, the names, and the grid.
+
+#include "Builtins.h"
+#include "Files/Code/Seam.h"
+#include "Names.h"
+
+// The play field is a grid of square cells. Everything of the puzzle stands at
+// multiples of the cell in both axes; nothing stores a cell coordinate.
+inline constexpr double cell = 52;  // pixels
+
+// Answer of os_type on a desktop; 3, 4 and 7 are the touch platforms.
+inline constexpr double desktop = 0;
+
+// Keys by the letters that they type.
+enum Key : int32_t {
+    keyLeft = 37,
+    keyUp = 38,
+    keyRight = 39,
+    keyDown = 40,
+    keyA = 'A',
+    keyD = 'D',
+    keyS = 'S',
+    keyT = 'T',
+    keyW = 'W',
+};
+
+// A picture for each of the two characters.
+struct Pictures {
+    Sprite menino, menina;
+};
+
+// The picture of the character that a figure plays.
+inline Sprite of(const Pictures& pictures, Global character)
+{
+    return character == "menino" ? pictures.menino : pictures.menina;
+}
+
+// Music on: sound effects follow the music's state.
+inline bool music_plays() { return audio_is_playing(musica) && !audio_is_paused(musica); }
