@@ -251,6 +251,7 @@ void Tables_Sprites(Tables& tables, const std::vector<Row>& rows)
         if (out.frames < 1 || out.frames > 1000) row.Fail("expected frames=1 to 1000");
         SpriteBox(row, out);
         out.mask = SpriteMask(row);
+        out.page = row.Text("page", "");
         row.Done();
         tables.sprites.push_back(std::move(out));
     }
@@ -263,6 +264,7 @@ void Tables_Backgrounds(Tables& tables, const std::vector<Row>& rows)
         BackgroundRow out;
         out.name = row.name;
         Size(row, out.width, out.height);
+        out.page = row.Text("page", "");
         row.Done();
         tables.backgrounds.push_back(std::move(out));
     }

@@ -35,10 +35,11 @@ struct SpriteRow {
     int frames = 1;
     bool boxOfPicture = false;
     MaskOf mask = MaskOf::box;
+    std::string page;  // pictures of one page word are kept together; empty for its own
 };
 
 struct BackgroundRow {
-    std::string name;
+    std::string name, page;
     int width = 0, height = 0;
 };
 

@@ -1,0 +1,31 @@
+#pragma once
+// Puts the archive together: tables, levels, pictures, fonts and sounds.
+
+#include <string>
+#include <vector>
+
+#include "tools/pack/Code.h"
+#include "tools/pack/Levels.h"
+#include "tools/pack/Tables.h"
+
+namespace pack {
+
+struct Built {
+    archive::Content content;
+    std::vector<std::string> placeholders;  // sprites and backgrounds without a drawing
+    std::vector<std::string> emptyLevels;   // rooms whose level file does not exist yet
+};
+
+// Fills the archive's content from the tables and from levels/, art/ and tilesets.txt in
+// `folder`. Throws ContentError, or std::runtime_error with "file:line: what was
+// expected" from the pictures.
+Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan);
+
+// The rooms alone, without tiles for backgrounds that are not `drawn`.
+void Build_Rooms(const std::string& folder, const Tables& tables, const CodePlan& plan,
+                 const std::vector<bool>& drawn, Built& built);
+
+// The objects alone.
+void Build_Objects(const Tables& tables, const CodePlan& plan, archive::Content& content);
+
+}  // namespace pack
