@@ -28,7 +28,6 @@ endfunction()
 # archive_object(<file> <variable>): an assembler file that holds the bytes as
 # g_LinkedArchive, with their count in g_LinkedArchiveSize.
 function(archive_object file variable)
-  enable_language(ASM)
   set(source ${CMAKE_BINARY_DIR}/archive_object.S)
   file(WRITE ${source}.new "    .section .data\n    .balign 16\n    .global g_LinkedArchive\n"
 "g_LinkedArchive:\n    .incbin \"${file}\"\ng_LinkedArchiveEnd:\n    .balign 4\n"
