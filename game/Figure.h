@@ -12,5 +12,5 @@ struct Figure {
     Global boxes;         // by box and step: column 0 the box, then its direction
 };
 
-inline constexpr Figure playerOne = {jogadorUm, mudaSprite, liberaUndo,
+inline constexpr Figure playerOne = {jogadorUm, mudaSprite,  liberaUndo,
                                      undoAtual, playerUmPos, caixa};

@@ -23,9 +23,9 @@ constexpr Pictures standing = {sPlayer, sPlayer2};
 
 // Offsets in pixels of the tests that foretell a step.
 struct Ahead {
-    double nextX, nextY;      // just inside the next cell
-    double freeX, freeY;      // the cell beyond, for walls
-    double pointX, pointY;    // the cell beyond, for a box
+    double nextX, nextY;    // just inside the next cell
+    double freeX, freeY;    // the cell beyond, for walls
+    double pointX, pointY;  // the cell beyond, for a box
 };
 
 }  // namespace
@@ -41,26 +41,30 @@ struct Direction {
 
 namespace {
 
-constexpr Direction up = {
-    "000000010", "cima", dirCima,
-    {sPlayerAndandoCima, sPlayerAndandoCima2},
-    {sPlayerAndandoCimaEmpurrando, sPlayerAndandoCimaEmpurrando2},
-    {0, -1, 0, -53, 0, -53}};
-constexpr Direction down = {
-    "010000000", "baixo", dirBaixo,
-    {sPlayerAndandoFrente, sPlayerAndandoFrente2},
-    {sPlayerAndandoFrenteEmpurrando, sPlayerAndandoFrenteEmpurrando2},
-    {0, 1, 0, 53, 0, 105}};
-constexpr Direction right = {
-    "000001000", "direita", dirDireita,
-    {sPlayerAndandoDireita, sPlayerAndandoDireita2},
-    {sPlayerAndandoDireitaEmpurrando, sPlayerAndandoDireitaEmpurrando2},
-    {1, 0, 53, 0, 105, 0}};
-constexpr Direction left = {
-    "000100000", "esquerda", dirEsquerda,
-    {sPlayerAndandoEsquerda, sPlayerAndandoEsquerda2},
-    {sPlayerAndandoEsquerdaEmpurrando, sPlayerAndandoEsquerdaEmpurrando2},
-    {-1, 0, -53, 0, -53, 0}};
+constexpr Direction up = {"000000010",
+                          "cima",
+                          dirCima,
+                          {sPlayerAndandoCima, sPlayerAndandoCima2},
+                          {sPlayerAndandoCimaEmpurrando, sPlayerAndandoCimaEmpurrando2},
+                          {0, -1, 0, -53, 0, -53}};
+constexpr Direction down = {"010000000",
+                            "baixo",
+                            dirBaixo,
+                            {sPlayerAndandoFrente, sPlayerAndandoFrente2},
+                            {sPlayerAndandoFrenteEmpurrando, sPlayerAndandoFrenteEmpurrando2},
+                            {0, 1, 0, 53, 0, 105}};
+constexpr Direction right = {"000001000",
+                             "direita",
+                             dirDireita,
+                             {sPlayerAndandoDireita, sPlayerAndandoDireita2},
+                             {sPlayerAndandoDireitaEmpurrando, sPlayerAndandoDireitaEmpurrando2},
+                             {1, 0, 53, 0, 105, 0}};
+constexpr Direction left = {"000100000",
+                            "esquerda",
+                            dirEsquerda,
+                            {sPlayerAndandoEsquerda, sPlayerAndandoEsquerda2},
+                            {sPlayerAndandoEsquerdaEmpurrando, sPlayerAndandoEsquerdaEmpurrando2},
+                            {-1, 0, -53, 0, -53, 0}};
 constexpr Direction directions[] = {up, down, right, left};
 
 constexpr char stop[] = "000010000";
@@ -92,7 +96,10 @@ void forget_keys()
         keyboard_key_release(key);
 }
 
-bool touch_platform() { return os_type == 3 || os_type == 4 || os_type == 7; }
+bool touch_platform()
+{
+    return os_type == 3 || os_type == 4 || os_type == 7;
+}
 
 void take_touch_setting()
 {

@@ -37,4 +37,7 @@ inline Sprite of(const Pictures& pictures, Global character)
 }
 
 // Music on: sound effects follow the music's state.
-inline bool music_plays() { return audio_is_playing(musica) && !audio_is_paused(musica); }
+inline bool music_plays()
+{
+    return audio_is_playing(musica) && !audio_is_paused(musica);
+}

@@ -1,0 +1,290 @@
+#include "tests/support/Stage.h"
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "Files/Base/Console.h"
+#include "Files/Function/Function_Registry.h"
+#include "Files/Graphics/Bitmap.h"
+#include "Files/Graphics_API/Device_Soft.h"
+#include "Files/Object/Instance_Main.h"
+#include "Files/Object/Object_Main.h"
+#include "Files/Room/Room_Main.h"
+#include "Files/Run/Run_Modules.h"
+#include "Files/Variable/Variable_BuiltIn.h"
+#include "Host/Host_Stage.h"
+#include "game/Attachment.h"
+#include "tests/support/StateHash.h"
+
+namespace {
+
+constexpr int kRoomPatience = 8;  // frames until an asked-for room must run
+
+std::vector<uint8_t> ReadFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+const std::vector<uint8_t>& GameArchive()
+{
+    static const std::vector<uint8_t> bytes = ReadFile(STAGE_ARCHIVE);
+    return bytes;
+}
+
+std::filesystem::path FreshFolder()
+{
+    std::string pattern = (std::filesystem::temp_directory_path() / "stage-XXXXXX").string();
+    if (!mkdtemp(pattern.data())) {
+        std::perror("the stage has no folder");
+        std::abort();
+    }
+    return pattern;
+}
+
+std::filesystem::path SavePath(const std::filesystem::path& folder)
+{
+    return folder / "data" / "MarlowickGame" / "SaveGame.sav";
+}
+
+}  // namespace
+
+int FramesPerCell(const std::string& speed)
+{
+    return speed == "fast" ? 4 : speed == "slow" ? 26 : 13;
+}
+
+Stage::Stage()
+{
+    Boot(Options());
+}
+Stage::Stage(const Options& options)
+{
+    Boot(options);
+}
+
+void Stage::Listen(void* context, const char* text)
+{
+    static_cast<Stage*>(context)->console_ += text;
+}
+
+void Stage::Boot(const Options& options)
+{
+    folder_ = FreshFolder();
+    std::filesystem::create_directories(SavePath(folder_).parent_path());
+    if (!options.save.empty()) std::ofstream(SavePath(folder_), std::ios::binary) << options.save;
+
+    Host_UseStage();
+    Stage_Reset();
+    Stage_SetFolder((folder_.string() + "/").c_str());
+    Stage_SetDataFolder((folder_.string() + "/data/").c_str());
+    Console_SetSink(Listen, this);
+    Random_Seed(0);
+
+    archive_ = !options.archiveBytes.empty() ? options.archiveBytes
+               : options.archive.empty()     ? GameArchive()
+                                             : ReadFile(options.archive);
+    RunnerData attachment = options.attachment ? *options.attachment : Game_Attachment();
+    attachment.archive = archive_.data();
+    attachment.archiveSize = static_cast<uint32_t>(archive_.size());
+
+    VxVector<VxString> tokens = {"marlowick"};
+    for (const std::string& token : options.switches) tokens.push_back(token.c_str());
+    started_ = Runner_Boot(tokens, folder_.c_str(), attachment);
+}
+
+Stage::~Stage()
+{
+    Runner_End();
+    Console_SetSink(nullptr, nullptr);
+    Stage_Quit();
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+bool Stage::running() const
+{
+    return started_ && g_Running;
+}
+
+Stage& Stage::frames(int count)
+{
+    for (int i = 0; i < count && running(); ++i) Runner_Round();
+    return *this;
+}
+
+Stage& Stage::room(const std::string& name)
+{
+    const int32_t wanted = Room_Find(name.c_str());
+    Room_Goto(wanted);
+    for (int i = 0; i < kRoomPatience && running() && (New_Room != ROOM_NONE || i == 0); ++i)
+        frames(1);
+    return *this;
+}
+
+std::string Stage::room_name() const
+{
+    return Room_Name(Current_Room);
+}
+
+Stage& Stage::hold(int key)
+{
+    Stage_Key(key, true);
+    return *this;
+}
+
+Stage& Stage::release(int key)
+{
+    Stage_Key(key, false);
+    return *this;
+}
+
+Stage& Stage::tap(int key)
+{
+    return hold(key).frames(1).release(key);
+}
+
+Stage& Stage::play(const std::vector<KeyHold>& script)
+{
+    std::vector<int32_t> held;
+    const auto letGo = [&] {
+        for (const int32_t key : held) release(key);
+    };
+    for (const KeyHold& step : script) {
+        if (step.keys != held) {
+            letGo();
+            held = step.keys;
+            for (const int32_t key : held) hold(key);
+        }
+        frames(step.frames);
+    }
+    letGo();
+    return *this;
+}
+
+Stage& Stage::play(const std::string& script)
+{
+    std::vector<KeyHold> holds;
+    std::string error;
+    if (!KeyScript_Parse(script, &holds, &error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        std::abort();
+    }
+    return play(holds);
+}
+
+Stage& Stage::walk(const std::string& steps)
+{
+    const int perCell = FramesPerCell(global_text("gameType"));
+    for (const char step : steps) {
+        tap(step);
+        frames(perCell - 1);
+    }
+    return *this;
+}
+
+Stage& Stage::mouse(int x, int y)
+{
+    Stage_SetMouse(x, y);
+    return *this;
+}
+
+Stage& Stage::click(int x, int y)
+{
+    mouse(x, y);
+    HostMessage message;
+    message.button = 1;
+    message.x = x;
+    message.y = y;
+    message.type = HostMessageType::ButtonDown;
+    Stage_Post(message);
+    frames(1);
+    message.type = HostMessageType::ButtonUp;
+    Stage_Post(message);
+    return frames(1);
+}
+
+CInstance* Stage::find(Object object, int number) const
+{
+    const CObjectSW* data = Object_Data(object.index);
+    if (!data) return nullptr;
+    for (auto* node = data->instancesRecursive.Head(); node; node = node->next)
+        if (node->item->Alive() && number-- == 0) return node->item;
+    return nullptr;
+}
+
+int Stage::count(Object object) const
+{
+    return Instance_Number(object.index, nullptr, nullptr);
+}
+
+namespace {
+
+RValue* GlobalPlace(const char* name)
+{
+    const int32_t id = Code_Variable_Find(name, SCOPE_GLOBAL);
+    return id < kInstanceVarBase ? nullptr : g_Global->FindVar(id - kInstanceVarBase);
+}
+
+}  // namespace
+
+double Stage::global(const char* name) const
+{
+    const RValue* place = GlobalPlace(name);
+    if (!place || place->Kind() == VALUE_UNSET) return std::nan("");
+    return REAL_RValue(place);
+}
+
+std::string Stage::global_text(const char* name) const
+{
+    const RValue* place = GlobalPlace(name);
+    const char* text = place ? VXGetText(place) : nullptr;
+    return text ? text : "";
+}
+
+double Stage::variable(CInstance* instance, const char* name) const
+{
+    RValue out;
+    const int32_t id = Code_Variable_Find(name, SCOPE_EITHER);
+    if (id < 0 || !Variable_Get(instance, id, ARRAY_INDEX_NONE, &out)) return std::nan("");
+    const double value = out.Kind() == VALUE_UNSET ? std::nan("") : REAL_RValue(&out);
+    FREE_RValue(&out);
+    return value;
+}
+
+Picture Stage::picture() const
+{
+    Picture picture;
+    int32_t width = 0, height = 0;
+    const uint32_t* pixels = Device_Soft_BackBuffer(&width, &height);
+    if (!pixels) return picture;
+    picture.width = width;
+    picture.height = height;
+    picture.pixels.assign(pixels, pixels + static_cast<size_t>(width) * height);
+    return picture;
+}
+
+bool Stage::save_picture(const std::string& path) const
+{
+    Picture shot = picture();
+    for (uint32_t& pixel : shot.pixels)
+        pixel = 0xFF000000U | (pixel & 0x00FF00U) | (pixel >> 16 & 0xFFU) | (pixel & 0xFFU) << 16;
+    return WritePNG(path.c_str(), reinterpret_cast<const uint8_t*>(shot.pixels.data()), shot.width,
+                    shot.height);
+}
+
+std::string Stage::save_file() const
+{
+    const std::vector<uint8_t> bytes = ReadFile(SavePath(folder_).string());
+    return {bytes.begin(), bytes.end()};
+}
+
+uint64_t Stage::state_hash() const
+{
+    return StateHash_World();
+}

@@ -1,0 +1,86 @@
+#pragma once
+// The stage: the real runtime with the game's rules and archive on the stage host
+// and the soft device. Tests are short stories in its verbs:
+//
+//   Stage stage;
+//   stage.room("room_level1").frames(1);
+//   stage.hold('D').frames(13).release('D');
+//   EXPECT_EQ(stage.find(oMonte)->x, 312);
+//
+// One stage lives at a time; its end unmakes everything that start-up made.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Files/Code/Seam.h"
+#include "tests/support/KeyScript.h"
+
+struct Picture {
+    int width = 0, height = 0;
+    std::vector<uint32_t> pixels;  // 0xAARRGGBB, top row first
+};
+
+class Stage {
+public:
+    struct Options {
+        std::vector<std::string> switches = {"-inawindow", "-noaudio"};
+        std::string archive;                     // a file; empty for the game's
+        std::vector<uint8_t> archiveBytes;       // instead of a file, when not empty
+        const RunnerData* attachment = nullptr;  // null for the game's
+        std::string save;                        // text of SaveGame.sav before the start
+    };
+
+    Stage();
+    explicit Stage(const Options& options);
+    ~Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    bool started() const { return started_; }  // InitGame came through
+    bool running() const;                      // the main loop would go on
+
+    // ---- time
+    Stage& frames(int count);              // ends early when the game ends
+    Stage& room(const std::string& name);  // asks for the room and runs until its first frame
+    std::string room_name() const;
+
+    // ---- hands
+    Stage& hold(int key);  // down until released
+    Stage& release(int key);
+    Stage& tap(int key);  // down for one frame, which runs
+    Stage& play(const std::vector<KeyHold>& script);
+    Stage& play(const std::string& script);  // see KeyScript.h
+    // Steps by W, A, S, D, one cell each, as quickly as the game speed allows.
+    Stage& walk(const std::string& steps);
+    Stage& mouse(int x, int y);  // client pixels
+    Stage& click(int x, int y);  // left button, down and up over two frames
+
+    // ---- looking
+    CInstance* find(Object object, int number = 0) const;  // alive ones, oldest first; or null
+    int count(Object object) const;
+    double global(const char* name) const;  // NaN for an unset value
+    std::string global_text(const char* name) const;
+    double variable(CInstance* instance, const char* name) const;
+    Picture picture() const;                           // of the window
+    bool save_picture(const std::string& path) const;  // as a PNG file
+    std::string save_file() const;                     // text of SaveGame.sav
+    std::string console() const { return console_; }   // all lines of all consoles
+    void clear_console() { console_.clear(); }
+
+    // A number that signs the state of the world: all instances with their fields and
+    // variables, the globals, the room and the random generator (FNV-1a, 64 bits).
+    uint64_t state_hash() const;
+
+private:
+    void Boot(const Options& options);
+    static void Listen(void* context, const char* text);
+    bool started_ = false;
+    std::string console_;
+    std::filesystem::path folder_;
+    std::vector<uint8_t> archive_;
+};
+
+// Frames that a figure takes for a cell at a speed word.
+int FramesPerCell(const std::string& speed);
