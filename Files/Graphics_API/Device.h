@@ -29,12 +29,12 @@ enum DeviceRenderState : int32_t {
     STATE_SHADE_MODE = 3,
     STATE_Z_WRITE = 4,
     STATE_ALPHA_TEST = 5,
-    STATE_SRC_BLEND = 6,   // DeviceBlend
+    STATE_SRC_BLEND = 6,  // DeviceBlend
     STATE_DEST_BLEND = 7,
     STATE_CULL_MODE = 8,
     STATE_Z_FUNC = 9,
-    STATE_ALPHA_REF = 10,  // 0 to 255
-    STATE_ALPHA_FUNC = 11, // DeviceCompare
+    STATE_ALPHA_REF = 10,   // 0 to 255
+    STATE_ALPHA_FUNC = 11,  // DeviceCompare
     STATE_ALPHA_BLEND = 12,
     STATE_FOG_ENABLE = 13,
     STATE_FOG_COLOUR = 15,
@@ -53,7 +53,7 @@ enum DeviceRenderState : int32_t {
     STATE_STENCIL_REF = 30,
     STATE_STENCIL_MASK = 31,
     STATE_STENCIL_WRITE_MASK = 32,
-    STATE_SRC_BLEND_ALPHA = 34,   // second copies of 6 and 7
+    STATE_SRC_BLEND_ALPHA = 34,  // second copies of 6 and 7
     STATE_DEST_BLEND_ALPHA = 35,
     STATE_COUNT = 36,
 };
@@ -73,11 +73,32 @@ enum class DeviceBlend : uint32_t {
 };
 
 enum class DeviceCompare : uint32_t {
-    Never = 1, Less, Equal, LessEqual, Greater, NotEqual, GreaterEqual, Always
+    Never = 1,
+    Less,
+    Equal,
+    LessEqual,
+    Greater,
+    NotEqual,
+    GreaterEqual,
+    Always
+};
+
+enum class DeviceCull : uint32_t { None = 1, Clockwise = 2, CounterClockwise = 3 };
+enum class DeviceShade : uint32_t { Flat = 1, Gouraud = 2 };
+
+enum class DeviceStencil : uint32_t {
+    Keep = 1,
+    Zero,
+    Replace,
+    IncrementLimit,
+    DecrementLimit,
+    Invert,
+    Increment,
+    Decrement
 };
 
 enum DeviceSamplerState : int32_t {
-    SAMPLER_MAG = 0,        // 0 point, 1 linear
+    SAMPLER_MAG = 0,  // 0 point, 1 linear
     SAMPLER_MIN = 1,
     SAMPLER_ADDRESS_U = 2,  // 0 wrap, 1 clamp
     SAMPLER_ADDRESS_V = 3,
@@ -87,7 +108,11 @@ inline constexpr int32_t kDeviceStages = 8;
 inline constexpr int32_t kDeviceTargets = 4;
 
 enum DeviceClear : uint32_t { CLEAR_COLOUR = 1, CLEAR_DEPTH = 2, CLEAR_STENCIL = 4 };
-enum class DeviceMatrix : int32_t { World, View, Projection };  // column vectors, row-major memory: m[row * 4 + column], translation in m[3], m[7], m[11]
+enum class DeviceMatrix : int32_t {
+    World,
+    View,
+    Projection
+};  // column vectors, row-major memory: m[row * 4 + column], translation in m[3], m[7], m[11]
 
 struct DeviceRect {
     int32_t left, top, right, bottom;  // right and bottom outside
@@ -96,8 +121,8 @@ struct DeviceRect {
 struct DeviceParams {
     int32_t width, height;  // back buffer
     bool fullscreen;
-    int32_t samples;        // 0, 2, 4, 8, 16
-    int32_t interval;       // 0 immediate, 1 on vertical sync
+    int32_t samples;   // 0, 2, 4, 8, 16
+    int32_t interval;  // 0 immediate, 1 on vertical sync
 };
 
 struct DeviceCaps {
@@ -109,6 +134,11 @@ struct DeviceCaps {
 
 struct DeviceTexture;  // a texture, or a render target that can be sampled
 struct DeviceBuffer;   // a vertex buffer
+
+// What lives on the device beside the back buffer, to find leaks.
+struct DeviceCounts {
+    int32_t textures, buffers;
+};
 
 enum class DeviceLock { Plain, Discard, NoOverwrite };
 
@@ -127,7 +157,8 @@ struct DeviceTable {
     DeviceTexture* (*CreateTexture)(int32_t width, int32_t height, DeviceFormat format,
                                     bool renderTarget, bool depth);
     void (*FreeTexture)(DeviceTexture* texture);
-    // Rows of `pitch` bytes in the texture's format.
+    // Rows of `pitch` bytes: 16-bit words for Argb4444, else 32-bit pixels, which the
+    // device itself compresses for Dxt5.
     bool (*UpdateTexture)(DeviceTexture* texture, const DeviceRect& area, const void* pixels,
                           int32_t pitch);
     // Null reads the back buffer. 32-bit pixels; the area lies inside.
@@ -138,7 +169,9 @@ struct DeviceTable {
 
     void (*SetTexture)(int32_t stage, DeviceTexture* texture);
     void (*SetModulate)(bool on);  // texture times vertex colour, or the texture alone
-    void (*SetTarget)(int32_t index, DeviceTexture* target);  // null: the back buffer (0) or none
+    // Null: the back buffer (0) or none. Target 0 also sets the viewport to its whole
+    // area. Vertices are drawn to target 0; Clear reaches all of them.
+    void (*SetTarget)(int32_t index, DeviceTexture* target);
     void (*SetViewport)(int32_t x, int32_t y, int32_t width, int32_t height);
     void (*SetMatrix)(DeviceMatrix which, const float matrix[16]);
     void (*SetRenderState)(int32_t state, uint32_t value);
@@ -158,6 +191,7 @@ struct DeviceTable {
     bool (*BeginScene)();
     void (*EndScene)();
     void (*Present)();  // the back buffer to the window; the soft device shows it through the host
+    DeviceCounts (*Counts)();
 };
 
 extern const DeviceTable* g_Device;  // null before the window layer opened one

@@ -1,0 +1,3 @@
+#include "Files/Graphics_API/Device.h"
+
+const DeviceTable* g_Device = nullptr;

@@ -1,0 +1,227 @@
+// Upright rectangles with one colour: nearly all that a game draws. Coverage and
+// texel coordinates are those of the two triangles; rows and columns are worked out
+// once each.
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "Files/Graphics_API/Soft_State.h"
+
+namespace {
+
+int32_t FirstPixel(int32_t at)
+{
+    return (at + kSubpixel / 2 - 1) >> 8;
+}
+
+// The texels along one axis.
+struct Axis {
+    SoftPlane plane;
+    int32_t size;
+    bool wrap;
+
+    int64_t At(int32_t pixel) const { return Soft_PlaneAt(plane, pixel, 0); }
+    // In 1/256 texel, the nearest, counted from texel centres.
+    int64_t TapAt(int32_t pixel) const { return ((At(pixel) >> 16) - 32768 + 128) >> 8; }
+};
+
+Axis MakeAxis(int64_t from, int64_t to, int32_t start, int32_t end, int32_t size, bool wrap)
+{
+    Axis axis = {};
+    axis.plane.anchor = from * 65536;
+    axis.plane.x = start;
+    axis.plane.y = kSubpixel / 2;
+    if (to != from) axis.plane.stepX = Soft_Slope(to - from, end - start);
+    axis.size = size;
+    axis.wrap = wrap;
+    return axis;
+}
+
+struct Job {
+    const SoftDraw& draw;
+    Axis columns, rows;
+    bool linear, tinted;
+    uint32_t colour;
+    int32_t left, top, right, bottom;
+};
+
+// The columns of [left, left + count) are texels side by side, from *first on.
+bool SideBySide(const Job& job, int32_t left, int32_t count, int32_t* first)
+{
+    int64_t start, end;
+    if (job.linear) {
+        start = job.columns.TapAt(left);
+        end = job.columns.TapAt(left + count - 1);
+        if ((start & 255) || (end & 255)) return false;
+        start >>= 8;
+        end >>= 8;
+    } else {
+        if (job.columns.plane.stepX != int64_t{1} << 32) return false;
+        start = job.columns.At(left) >> 32;
+        end = start + count - 1;
+    }
+    *first = static_cast<int32_t>(start);
+    return end - start == count - 1 && start >= 0 && end < job.columns.size;
+}
+
+// True when every pair stands side by side, so that one load fetches both.
+bool MakeColumns(const Job& job, int32_t left, int32_t count, SoftColumn* out)
+{
+    const Axis& axis = job.columns;
+    bool beside = axis.size > 1;
+    int64_t at = axis.At(left);
+    for (int32_t i = 0; i < count; i++, at += axis.plane.stepX) {
+        const int64_t tap = ((at >> 16) - 32768 + 128) >> 8;
+        const auto fraction = static_cast<uint16_t>(tap & 255);
+        SoftColumn column = {Soft_Address(tap >> 8, axis.size, axis.wrap),
+                             Soft_Address((tap >> 8) + 1, axis.size, axis.wrap),
+                             static_cast<uint16_t>(256 - fraction), fraction};
+        if (column.first == column.second && axis.size > 1) {
+            const bool atEnd = column.first == axis.size - 1;
+            column.first = atEnd ? axis.size - 2 : column.first;
+            column.second = column.first + 1;
+            column.firstWeight = atEnd ? 0 : 256;
+            column.secondWeight = atEnd ? 256 : 0;
+        }
+        beside = beside && column.second == column.first + 1;
+        out[i] = column;
+    }
+    return beside;
+}
+
+const uint32_t* TexelRow(const SoftDraw& draw, int32_t row)
+{
+    return draw.texels + static_cast<int64_t>(row) * draw.texPitch;
+}
+
+// Tints a row of texels where it is needed and sends it on its way.
+void Finish(const Job& job, int32_t left, int32_t y, const uint32_t* texels, int32_t count)
+{
+    uint32_t* source = g_Soft->scratch.source;
+    if (job.tinted) {
+        job.draw.kernels->Modulate(source, texels, job.colour, count);
+        texels = source;
+    }
+    Soft_WriteRun(job.draw, left, y, texels, count);
+}
+
+void OneColourStrip(const Job& job, int32_t left, int32_t count)
+{
+    uint32_t* source = g_Soft->scratch.source;
+    uint32_t texel = job.draw.texels ? job.draw.texels[0] : job.colour;
+    if (job.draw.texels && job.tinted) job.draw.kernels->Modulate(&texel, &texel, job.colour, 1);
+    job.draw.kernels->Fill(source, texel, count);
+    for (int32_t y = job.top; y < job.bottom; y++) Soft_WriteRun(job.draw, left, y, source, count);
+}
+
+void PointStrip(const Job& job, int32_t left, int32_t count)
+{
+    SoftScratch& scratch = g_Soft->scratch;
+    int32_t first = 0;
+    const bool direct = SideBySide(job, left, count, &first);
+    for (int32_t i = 0; i < count && !direct; i++)
+        scratch.columns[i].first =
+            Soft_Address(job.columns.At(left + i) >> 32, job.columns.size, job.columns.wrap);
+    for (int32_t y = job.top; y < job.bottom; y++) {
+        const int32_t row = Soft_Address(job.rows.At(y) >> 32, job.rows.size, job.rows.wrap);
+        const uint32_t* texels = TexelRow(job.draw, row);
+        if (direct) {
+            Finish(job, left, y, texels + first, count);
+            continue;
+        }
+        for (int32_t i = 0; i < count; i++) scratch.source[i] = texels[scratch.columns[i].first];
+        Finish(job, left, y, scratch.source, count);
+    }
+}
+
+// Two rows of stretched columns, kept while they are needed.
+class StretchedRows {
+public:
+    StretchedRows(const Job& job, int32_t left, int32_t count) : job_(job), count_(count)
+    {
+        beside_ = MakeColumns(job, left, count, g_Soft->scratch.columns);
+    }
+
+    const uint16_t* Get(int32_t row, int32_t keep)
+    {
+        SoftScratch& scratch = g_Soft->scratch;
+        for (int32_t i = 0; i < 2; i++)
+            if (row_[i] == row) return scratch.rows[i];
+        const int32_t free = row_[0] == keep ? 1 : 0;
+        row_[free] = row;
+        const SoftKernels& kernels = *job_.draw.kernels;
+        const auto stretch = beside_ ? kernels.StretchColumns : kernels.StretchColumnsApart;
+        stretch(scratch.rows[free], TexelRow(job_.draw, row), scratch.columns, count_);
+        return scratch.rows[free];
+    }
+
+private:
+    const Job& job_;
+    int32_t count_;
+    bool beside_;
+    int32_t row_[2] = {-1, -1};
+};
+
+void LinearStrip(const Job& job, int32_t left, int32_t count)
+{
+    int32_t first = 0;
+    const bool direct = SideBySide(job, left, count, &first);
+    // Made only when a row needs it: its tables cost a pass over the columns.
+    alignas(StretchedRows) unsigned char room[sizeof(StretchedRows)];
+    StretchedRows* stretched = nullptr;
+    for (int32_t y = job.top; y < job.bottom; y++) {
+        const int64_t tap = job.rows.TapAt(y);
+        const auto fraction = static_cast<int32_t>(tap & 255);
+        const int32_t above = Soft_Address(tap >> 8, job.rows.size, job.rows.wrap);
+        if (direct && fraction == 0) {
+            Finish(job, left, y, TexelRow(job.draw, above) + first, count);
+            continue;
+        }
+        if (!stretched) stretched = new (room) StretchedRows(job, left, count);
+        const int32_t below = Soft_Address((tap >> 8) + 1, job.rows.size, job.rows.wrap);
+        const uint16_t* upper = stretched->Get(above, below);
+        const uint16_t* lower = stretched->Get(below, above);
+        job.draw.kernels->StretchRows(g_Soft->scratch.source, upper, lower, fraction, count);
+        Finish(job, left, y, g_Soft->scratch.source, count);
+    }
+}
+
+bool ChooseLinear(const SoftDraw& draw, const Axis& columns, const Axis& rows)
+{
+    if (draw.linear == draw.linearMin) return draw.linear;
+    constexpr int64_t kLimit = 4294969443;  // a texel for each pixel, and what rounding leaves
+    const int64_t x = std::abs(columns.plane.stepX), y = std::abs(rows.plane.stepX);
+    return x > kLimit || y > kLimit ? draw.linearMin : draw.linear;
+}
+
+}  // namespace
+
+void Soft_Rectangle(const SoftDraw& draw, SoftRectangle r)
+{
+    if (r.x1 < r.x0) {
+        std::swap(r.x0, r.x1);
+        std::swap(r.u0, r.u1);
+    }
+    if (r.y1 < r.y0) {
+        std::swap(r.y0, r.y1);
+        std::swap(r.v0, r.v1);
+    }
+    Job job = {.draw = draw,
+               .columns = {},
+               .rows = {},
+               .linear = false,
+               .tinted = draw.modulate && r.colour != 0xFFFFFFFF,
+               .colour = r.colour,
+               .left = std::max(FirstPixel(r.x0), draw.left),
+               .top = std::max(FirstPixel(r.y0), draw.top),
+               .right = std::min(FirstPixel(r.x1), draw.right),
+               .bottom = std::min(FirstPixel(r.y1), draw.bottom)};
+    if (job.left >= job.right || job.top >= job.bottom) return;
+    job.columns = MakeAxis(r.u0, r.u1, r.x0, r.x1, draw.texWidth, draw.wrapU);
+    job.rows = MakeAxis(r.v0, r.v1, r.y0, r.y1, draw.texHeight, draw.wrapV);
+    job.linear = ChooseLinear(draw, job.columns, job.rows);
+    const bool oneTexel = !draw.texels || (draw.texWidth == 1 && draw.texHeight == 1);
+    const auto strip = oneTexel ? OneColourStrip : (job.linear ? LinearStrip : PointStrip);
+    for (int32_t left = job.left; left < job.right; left += kSoftRun)
+        strip(job, left, std::min(kSoftRun, job.right - left));
+}
