@@ -57,6 +57,7 @@ void Function_Math_Register();         // "Math.."
 void Function_Graphic_Register();      // "Graphic.."
 void Function_Action_Register();       // "Action.."
 void Function_File_Register();         // "File.."
+void Function_File_Close();            // drops the INI file that a script left open, unsaved
 void Function_Resource_Register();     // "Resource.."
 void Function_Interaction_Register();  // "Interaction.."
 void Function_Particle_Register();     // "Particle.."
