@@ -15,23 +15,23 @@ enum class HostMessageType : int32_t {
     MouseMove,   // x, y in client pixels
     ButtonDown,  // button 1 left, 2 right, 3 middle; x, y
     ButtonUp,
-    Wheel,       // delta above 0 for up
-    Sizing,      // a drag of the window's border is under way
-    Size,        // width, height: restored or maximised, outside a drag
-    SizeEnd,     // the drag ended
-    Focus,       // flag: gained or lost
-    ActivateApp, // flag
+    Wheel,        // delta above 0 for up
+    Sizing,       // a drag of the window's border is under way
+    Size,         // width, height: restored or maximised, outside a drag
+    SizeEnd,      // the drag ended
+    Focus,        // flag: gained or lost
+    ActivateApp,  // flag
     Close,
     DeviceChange,
-    Quit,        // ends the loop
+    Quit,  // ends the loop
 };
 
 struct HostMessage {
     HostMessageType type;
-    int32_t key = 0;       // virtual-key number, 1 to 255
+    int32_t key = 0;  // virtual-key number, 1 to 255
     bool repeat = false;
-    bool extended = false; // the right Alt and Control, the keypad's Enter
-    bool system = false;   // Alt is held
+    bool extended = false;  // the right Alt and Control, the keypad's Enter
+    bool system = false;    // Alt is held
     bool flag = false;
     uint16_t unit = 0;
     int32_t button = 0;
@@ -47,8 +47,8 @@ struct HostRect {
 struct HostWindowRequest {
     int32_t clientWidth, clientHeight;
     bool border, sizeable, fullscreen;
-    bool gl;            // a window that can carry a GL context
-    int32_t samples;    // multisampling to ask for, 0 none
+    bool gl;              // a window that can carry a GL context
+    int32_t samples;      // multisampling to ask for, 0 none
     const char* caption;  // UTF-8
 };
 
@@ -59,11 +59,11 @@ struct HostWindowTable {
     bool (*Exists)();
     const char* (*LastError)();
     void (*Show)();
-    bool (*NextMessage)(HostMessage* message);  // false when none waits
+    bool (*NextMessage)(HostMessage* message);        // false when none waits
     void (*PostMessage)(const HostMessage& message);  // at the end of the queue
-    void (*SendKey)(int32_t key, bool down);  // a press made by a script, through the queue
-    bool (*KeyState)(int32_t key);            // the keyboard's present state
-    bool (*KeyToggled)(int32_t key);          // lock keys
+    void (*SendKey)(int32_t key, bool down);          // a press made by a script, through the queue
+    bool (*KeyState)(int32_t key);                    // the keyboard's present state
+    bool (*KeyToggled)(int32_t key);                  // lock keys
     void (*ClientSize)(int32_t* width, int32_t* height);
     void (*ClientPosition)(int32_t* x, int32_t* y);
     void (*SetClientSize)(int32_t width, int32_t height);
@@ -74,14 +74,14 @@ struct HostWindowTable {
     void (*SetCursor)(int32_t row);  // row of the cursor table, -1 none
     void (*SetFocus)();
     bool (*HasFocus)();
-    void (*Capture)(bool on);        // all mouse messages while a button is held
+    void (*Capture)(bool on);                       // all mouse messages while a button is held
     void (*MousePosition)(int32_t* x, int32_t* y);  // desktop coordinates
     void (*SetMousePosition)(int32_t x, int32_t y);
-    HostRect (*Desktop)();           // the primary desktop
+    HostRect (*Desktop)();  // the primary desktop
     int32_t (*MonitorCount)();
     HostRect (*Monitor)(int32_t index);
-    int32_t (*DesktopDepth)();       // bits a pixel, -1 unknown
-    int32_t (*DesktopFrequency)();   // Hz, -1 unknown
+    int32_t (*DesktopDepth)();      // bits a pixel, -1 unknown
+    int32_t (*DesktopFrequency)();  // Hz, -1 unknown
     // Shows a whole picture: rows of BGRA pixels, top first. The software device's present.
     bool (*PresentPixels)(const uint32_t* pixels, int32_t width, int32_t height, int32_t pitch);
     // GL; null members where the backend has none.
@@ -98,14 +98,14 @@ struct HostLocalTime {
 struct HostClockTable {
     int64_t (*Micros)();            // monotonic
     void (*Block)(int32_t millis);  // sleeps; the stage moves its clock instead
-    void (*Spin)();                 // one round of a busy wait: nothing, or a small step of the stage's clock
+    void (*Spin)();  // one round of a busy wait: nothing, or a small step of the stage's clock
     HostLocalTime (*LocalTime)();
     int64_t (*UnixSeconds)();
 };
 
 // Paths are UTF-8 with "/".
 struct HostFilesTable {
-    bool (*Exists)(const char* path);            // a plain file
+    bool (*Exists)(const char* path);  // a plain file
     bool (*FolderExists)(const char* path);
     // Whole content into a block of MemoryManager, with a zero byte behind it; null on failure.
     uint8_t* (*ReadAll)(const char* path, uint32_t* size);
@@ -121,11 +121,11 @@ struct HostFilesTable {
     VxString (*ProgramPath)();    // the running program's own file
     VxString (*CurrentFolder)();  // with a trailing "/"
     bool (*EnterFolder)(const char* path);
-    VxString (*LocalData)();      // per-user local data, with a trailing "/"
+    VxString (*LocalData)();  // per-user local data, with a trailing "/"
     VxString (*RoamingData)();
     VxString (*Environment)(const char* name);  // empty when unset
     VxString (*MachineId)();
-    const char* (*LastError)();   // of the last failed call
+    const char* (*LastError)();  // of the last failed call
     // Streams for recordings; handles are opaque, null on failure.
     void* (*OpenStream)(const char* path, const char* mode);
     uint32_t (*ReadStream)(void* stream, void* data, uint32_t size);

@@ -117,7 +117,10 @@ void SetMousePosition(int32_t x, int32_t y)
     Stage_SetMouse(x - left, y - top);
 }
 
-HostRect Desktop() { return {0, 0, S().desktopWidth, S().desktopHeight}; }
+HostRect Desktop()
+{
+    return {0, 0, S().desktopWidth, S().desktopHeight};
+}
 
 HostErrorChoice ErrorDialog(const char*, const char* text, bool)
 {
@@ -202,10 +205,8 @@ const HostFilesTable kFiles = {
 };
 
 const HostDialogTable kDialogs = {
-    .MessageBox =
-        [](const char* title, const char* text) {
-            S().boxes.push_back(VxString(title) + ": " + text);
-        },
+    .MessageBox = [](const char* title,
+                     const char* text) { S().boxes.push_back(VxString(title) + ": " + text); },
     .ErrorDialog = ErrorDialog,
     .ClipboardText = [] { return S().clipboard; },
     .SetClipboardText = [](const char* text) { S().clipboard = text; },
@@ -233,10 +234,22 @@ void Stage_Quit()
     g_stage = nullptr;
 }
 
-void Stage_SetFolder(const char* folder) { S().folder = folder; }
-void Stage_SetDataFolder(const char* folder) { S().dataFolder = folder; }
-void Stage_MoveClock(int64_t micros) { S().micros += micros; }
-void Stage_SetLocalTime(const HostLocalTime& time) { S().localTime = time; }
+void Stage_SetFolder(const char* folder)
+{
+    S().folder = folder;
+}
+void Stage_SetDataFolder(const char* folder)
+{
+    S().dataFolder = folder;
+}
+void Stage_MoveClock(int64_t micros)
+{
+    S().micros += micros;
+}
+void Stage_SetLocalTime(const HostLocalTime& time)
+{
+    S().localTime = time;
+}
 
 void Stage_SetDesktop(int32_t width, int32_t height)
 {
@@ -255,8 +268,14 @@ void Stage_SetClientSize(int32_t width, int32_t height)
     S().queue.push_back(message);
 }
 
-void Stage_Key(int32_t key, bool down) { SendKey(key, down); }
-void Stage_Post(const HostMessage& message) { S().queue.push_back(message); }
+void Stage_Key(int32_t key, bool down)
+{
+    SendKey(key, down);
+}
+void Stage_Post(const HostMessage& message)
+{
+    S().queue.push_back(message);
+}
 
 void Stage_SetMouse(int32_t x, int32_t y)
 {
@@ -268,9 +287,27 @@ void Stage_SetMouse(int32_t x, int32_t y)
     S().queue.push_back(message);
 }
 
-void Stage_SetErrorChoice(HostErrorChoice choice) { S().choice = choice; }
-const VxVector<VxString>& Stage_MessageBoxes() { return S().boxes; }
-const VxVector<VxString>& Stage_ErrorTexts() { return S().errors; }
-int32_t Stage_PresentCount() { return S().presents; }
-int32_t Stage_CursorRow() { return S().cursorRow; }
-bool Stage_WindowShown() { return S().shown; }
+void Stage_SetErrorChoice(HostErrorChoice choice)
+{
+    S().choice = choice;
+}
+const VxVector<VxString>& Stage_MessageBoxes()
+{
+    return S().boxes;
+}
+const VxVector<VxString>& Stage_ErrorTexts()
+{
+    return S().errors;
+}
+int32_t Stage_PresentCount()
+{
+    return S().presents;
+}
+int32_t Stage_CursorRow()
+{
+    return S().cursorRow;
+}
+bool Stage_WindowShown()
+{
+    return S().shown;
+}

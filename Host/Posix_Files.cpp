@@ -94,8 +94,14 @@ bool Append(const char* path, const void* data, uint32_t size)
     return WriteWith(path, "ab", data, size);
 }
 
-bool Delete(const char* path) { return unlink(path) == 0 || Fail(); }
-bool Rename(const char* from, const char* to) { return rename(from, to) == 0 || Fail(); }
+bool Delete(const char* path)
+{
+    return unlink(path) == 0 || Fail();
+}
+bool Rename(const char* from, const char* to)
+{
+    return rename(from, to) == 0 || Fail();
+}
 
 bool MakeFolder(const char* path, int32_t mode)
 {
@@ -104,8 +110,7 @@ bool MakeFolder(const char* path, int32_t mode)
 }
 
 bool List(const char* folder,
-          void (*visit)(void* context, const char* name, bool folder, uint64_t size),
-          void* context)
+          void (*visit)(void* context, const char* name, bool folder, uint64_t size), void* context)
 {
     DIR* dir = opendir(folder);
     if (!dir) return Fail();
@@ -143,9 +148,18 @@ VxString CurrentFolder()
     return "/";
 }
 
-bool EnterFolder(const char* path) { return chdir(path) == 0 || Fail(); }
-VxString LocalData() { return DataFolder("XDG_DATA_HOME", "/.local/share"); }
-VxString RoamingData() { return DataFolder("XDG_CONFIG_HOME", "/.config"); }
+bool EnterFolder(const char* path)
+{
+    return chdir(path) == 0 || Fail();
+}
+VxString LocalData()
+{
+    return DataFolder("XDG_DATA_HOME", "/.local/share");
+}
+VxString RoamingData()
+{
+    return DataFolder("XDG_CONFIG_HOME", "/.config");
+}
 
 VxString Environment(const char* name)
 {
@@ -164,7 +178,10 @@ VxString MachineId()
     return id;
 }
 
-const char* LastError() { return strerror(g_lastErrno); }
+const char* LastError()
+{
+    return strerror(g_lastErrno);
+}
 
 void* OpenStream(const char* path, const char* mode)
 {
@@ -215,6 +232,9 @@ HostLocalTime LocalTime()
             local.tm_hour,        local.tm_min,     local.tm_sec};
 }
 
-int64_t UnixSeconds() { return static_cast<int64_t>(time(nullptr)); }
+int64_t UnixSeconds()
+{
+    return static_cast<int64_t>(time(nullptr));
+}
 
 }  // namespace posix

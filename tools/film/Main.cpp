@@ -27,7 +27,7 @@ constexpr char kHelp[] =
     "                     . or .*9  one or 9 frames without keys\n"
     "                   Letters and digits, Left Right Up Down Enter Escape Back Space\n"
     "                   F1 to F12. Frames behind the script run without keys.\n"
-    "  --at FRAMES      frames to picture, counted from 1 in the room: 1,40,100\n"
+    "  --at FRAMES      frames to picture, counted from 1 once the room stands: 1,40\n"
     "                   (default 1)\n"
     "  --out DIR        where the pictures go, as NAME-FRAME.png (default .)\n"
     "  --archive FILE   another archive than the game's\n"
@@ -113,7 +113,7 @@ void Shoot(const Film& film, Stage* stage)
             for (const int32_t key : wanted) stage->hold(key);
             held = wanted;
         }
-        if (frame > 1) stage->frames(1);  // the room's first frame has run
+        stage->frames(1);
         if (!film.at.count(frame)) continue;
         char name[256];
         std::snprintf(name, sizeof name, "%s/%s-%04d.png", film.out.c_str(), film.room.c_str(),

@@ -1,0 +1,285 @@
+// The desktop backend: window, GL context and the software device's pictures.
+
+#include "Host/Host_SDL.h"
+
+#include <cstring>
+
+#include "Host/Posix_Files.h"
+
+namespace sdl {
+
+Window g_window;
+
+namespace {
+
+void FreePicture()
+{
+    if (g_window.texture) SDL_DestroyTexture(g_window.texture);
+    if (g_window.renderer) SDL_DestroyRenderer(g_window.renderer);
+    g_window.texture = nullptr;
+    g_window.renderer = nullptr;
+    g_window.textureWidth = g_window.textureHeight = 0;
+}
+
+bool StartVideo()
+{
+    if (SDL_WasInit(SDL_INIT_VIDEO)) return true;
+    SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
+    SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "0");
+    if (SDL_Init(SDL_INIT_VIDEO) == 0) return true;
+    g_window.error = VxString("No display can be reached (") + SDL_GetError() +
+                     "). Set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
+    return false;
+}
+
+void AskForGL(int32_t samples)
+{
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 3);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
+    SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+    SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
+    SDL_GL_SetAttribute(SDL_GL_STENCIL_SIZE, 8);
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLEBUFFERS, samples > 0 ? 1 : 0);
+    SDL_GL_SetAttribute(SDL_GL_MULTISAMPLESAMPLES, samples);
+}
+
+Uint32 Style(const HostWindowRequest& request)
+{
+    Uint32 style = SDL_WINDOW_HIDDEN;
+    if (!request.border) style |= SDL_WINDOW_BORDERLESS;
+    if (request.sizeable) style |= SDL_WINDOW_RESIZABLE;
+    if (request.fullscreen) style |= SDL_WINDOW_FULLSCREEN_DESKTOP;
+    return style;
+}
+
+SDL_Window* Open(const HostWindowRequest& request, Uint32 more)
+{
+    return SDL_CreateWindow(request.caption, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
+                            request.clientWidth, request.clientHeight, Style(request) | more);
+}
+
+bool Create(const HostWindowRequest& request)
+{
+    if (!StartVideo()) return false;
+    if (request.gl) {
+        AskForGL(request.samples);
+        g_window.window = Open(request, SDL_WINDOW_OPENGL);
+    }
+    if (!g_window.window) g_window.window = Open(request, 0);
+    if (!g_window.window) {
+        g_window.error = VxString("No window can be opened: ") + SDL_GetError();
+        return false;
+    }
+    g_window.fullscreen = request.fullscreen;
+    SDL_StartTextInput();
+    return true;
+}
+
+void GLDestroy()
+{
+    if (g_window.context) SDL_GL_DeleteContext(g_window.context);
+    g_window.context = nullptr;
+}
+
+void Destroy()
+{
+    FreePicture();
+    GLDestroy();
+    FreeCursors();
+    if (g_window.window) SDL_DestroyWindow(g_window.window);
+    g_window.window = nullptr;
+    ForgetMessages();
+    SDL_Quit();
+}
+
+void ClientSize(int32_t* width, int32_t* height)
+{
+    *width = *height = 0;
+    if (g_window.window) SDL_GetWindowSize(g_window.window, width, height);
+}
+
+void SetClientSize(int32_t width, int32_t height)
+{
+    if (!g_window.fullscreen) SDL_SetWindowSize(g_window.window, width, height);
+}
+
+void SetLimits(int32_t minWidth, int32_t minHeight, int32_t maxWidth, int32_t maxHeight)
+{
+    SDL_SetWindowMinimumSize(g_window.window, minWidth > 0 ? minWidth : 1,
+                             minHeight > 0 ? minHeight : 1);
+    SDL_SetWindowMaximumSize(g_window.window, maxWidth > 0 ? maxWidth : 16384,
+                             maxHeight > 0 ? maxHeight : 16384);
+}
+
+void SetFullscreen(bool on)
+{
+    g_window.fullscreen = on;
+    SDL_SetWindowFullscreen(g_window.window, on ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+}
+
+bool HasFocus()
+{
+    return g_window.window && (SDL_GetWindowFlags(g_window.window) & SDL_WINDOW_INPUT_FOCUS) != 0;
+}
+
+HostRect Bounds(int32_t index)
+{
+    SDL_Rect area;
+    if (SDL_GetDisplayBounds(index, &area) != 0) return {0, 0, 0, 0};
+    return {area.x, area.y, area.w, area.h};
+}
+
+HostRect Desktop()
+{
+    if (!StartVideo()) return {0, 0, 0, 0};
+    return Bounds(0);
+}
+
+bool DesktopMode(SDL_DisplayMode* mode)
+{
+    return SDL_GetDesktopDisplayMode(0, mode) == 0;
+}
+
+int32_t DesktopDepth()
+{
+    SDL_DisplayMode mode;
+    if (!DesktopMode(&mode)) return -1;
+    const int depth = static_cast<int>(SDL_BITSPERPIXEL(mode.format));
+    return depth == 24 ? 32 : depth;  // 24 bits are stored in 32
+}
+
+int32_t DesktopFrequency()
+{
+    SDL_DisplayMode mode;
+    return DesktopMode(&mode) && mode.refresh_rate > 0 ? mode.refresh_rate : -1;
+}
+
+bool MakePicture(int32_t width, int32_t height)
+{
+    if (!g_window.renderer) g_window.renderer = SDL_CreateRenderer(g_window.window, -1, 0);
+    if (!g_window.renderer) return false;
+    if (g_window.texture && g_window.textureWidth == width && g_window.textureHeight == height)
+        return true;
+    if (g_window.texture) SDL_DestroyTexture(g_window.texture);
+    g_window.texture = SDL_CreateTexture(g_window.renderer, SDL_PIXELFORMAT_ARGB8888,
+                                         SDL_TEXTUREACCESS_STREAMING, width, height);
+    if (g_window.texture) SDL_SetTextureBlendMode(g_window.texture, SDL_BLENDMODE_NONE);
+    g_window.textureWidth = width;
+    g_window.textureHeight = height;
+    return g_window.texture != nullptr;
+}
+
+bool PresentPixels(const uint32_t* pixels, int32_t width, int32_t height, int32_t pitch)
+{
+    if (!g_window.window || !MakePicture(width, height)) return false;
+    SDL_UpdateTexture(g_window.texture, nullptr, pixels, pitch);
+    SDL_RenderCopy(g_window.renderer, g_window.texture, nullptr, nullptr);
+    SDL_RenderPresent(g_window.renderer);
+    return true;
+}
+
+bool GLCreate(int32_t samples)
+{
+    if (!(SDL_GetWindowFlags(g_window.window) & SDL_WINDOW_OPENGL)) {
+        g_window.error = "the window carries no GL";
+        return false;
+    }
+    AskForGL(samples);
+    g_window.context = SDL_GL_CreateContext(g_window.window);
+    if (!g_window.context) {
+        SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_ES);
+        SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 0);
+        g_window.context = SDL_GL_CreateContext(g_window.window);
+    }
+    if (g_window.context) return true;
+    g_window.error = SDL_GetError();
+    return false;
+}
+
+}  // namespace
+
+const HostWindowTable kWindowTable = {
+    .Create = Create,
+    .Destroy = Destroy,
+    .Exists = [] { return g_window.window != nullptr; },
+    .LastError = [] { return g_window.error.c_str(); },
+    .Show = [] { SDL_ShowWindow(g_window.window); },
+    .NextMessage = NextMessage,
+    .PostMessage = PostMessage,
+    .SendKey = SendKey,
+    .KeyState = KeyState,
+    .KeyToggled = KeyToggled,
+    .ClientSize = ClientSize,
+    .ClientPosition =
+        [](int32_t* x, int32_t* y) {
+            *x = *y = 0;
+            if (g_window.window) SDL_GetWindowPosition(g_window.window, x, y);
+        },
+    .SetClientSize = SetClientSize,
+    .SetClientPosition = [](int32_t x, int32_t y) { SDL_SetWindowPosition(g_window.window, x, y); },
+    .SetLimits = SetLimits,
+    .SetFullscreen = SetFullscreen,
+    .SetCaption = [](const char* caption) { SDL_SetWindowTitle(g_window.window, caption); },
+    .SetCursor = SetCursor,
+    .SetFocus = [] { SDL_RaiseWindow(g_window.window); },
+    .HasFocus = HasFocus,
+    .Capture = [](bool on) { SDL_CaptureMouse(on ? SDL_TRUE : SDL_FALSE); },
+    .MousePosition = [](int32_t* x, int32_t* y) { SDL_GetGlobalMouseState(x, y); },
+    .SetMousePosition = [](int32_t x, int32_t y) { SDL_WarpMouseGlobal(x, y); },
+    .Desktop = Desktop,
+    .MonitorCount = []() -> int32_t { return SDL_GetNumVideoDisplays(); },
+    .Monitor = Bounds,
+    .DesktopDepth = DesktopDepth,
+    .DesktopFrequency = DesktopFrequency,
+    .PresentPixels = PresentPixels,
+    .GLCreate = GLCreate,
+    .GLDestroy = GLDestroy,
+    .GLSwap = [] { SDL_GL_SwapWindow(g_window.window); },
+    .GLSetInterval = [](int32_t interval) { SDL_GL_SetSwapInterval(interval); },
+};
+
+}  // namespace sdl
+
+void Host_UseSDL()
+{
+    g_Host = Host{
+        .name = "desktop",
+        .headlessWindow = false,
+        .window = sdl::kWindowTable,
+        .clock =
+            {
+                .Micros = posix::Micros,
+                .Block = posix::Block,
+                .Spin = [] {},
+                .LocalTime = posix::LocalTime,
+                .UnixSeconds = posix::UnixSeconds,
+            },
+        .files =
+            {
+                .Exists = posix::Exists,
+                .FolderExists = posix::FolderExists,
+                .ReadAll = posix::ReadAll,
+                .WriteAll = posix::WriteAll,
+                .Append = posix::Append,
+                .Delete = posix::Delete,
+                .Rename = posix::Rename,
+                .MakeFolder = posix::MakeFolder,
+                .List = posix::List,
+                .ProgramPath = posix::ProgramPath,
+                .CurrentFolder = posix::CurrentFolder,
+                .EnterFolder = posix::EnterFolder,
+                .LocalData = posix::LocalData,
+                .RoamingData = posix::RoamingData,
+                .Environment = posix::Environment,
+                .MachineId = posix::MachineId,
+                .LastError = posix::LastError,
+                .OpenStream = posix::OpenStream,
+                .ReadStream = posix::ReadStream,
+                .WriteStream = posix::WriteStream,
+                .CloseStream = posix::CloseStream,
+            },
+        .dialogs = sdl::kDialogTable,
+    };
+}

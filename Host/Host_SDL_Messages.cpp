@@ -1,0 +1,215 @@
+// SDL's events as the runtime's messages. Presses that a script makes go through the
+// same queue.
+
+#include "Host/Host_SDL.h"
+
+namespace sdl {
+
+namespace {
+
+constexpr int kKeyCount = 256;
+
+VxVector<HostMessage> g_queue;  // read from g_head; reused, so a busy frame allocates nothing
+size_t g_head;
+bool g_sentKeys[kKeyCount];  // held by a script
+
+void Queue(const HostMessage& message)
+{
+    g_queue.push_back(message);
+}
+
+HostMessage Make(HostMessageType type)
+{
+    HostMessage message;
+    message.type = type;
+    return message;
+}
+
+bool IsExtended(const SDL_Keysym& key)
+{
+    return key.sym == SDLK_RALT || key.sym == SDLK_RCTRL || key.sym == SDLK_KP_ENTER;
+}
+
+void QueueKey(const SDL_KeyboardEvent& event)
+{
+    HostMessage message =
+        Make(event.type == SDL_KEYDOWN ? HostMessageType::KeyDown : HostMessageType::KeyUp);
+    message.key = KeyFromSdl(event.keysym.sym, event.keysym.scancode);
+    if (message.key == 0) return;
+    message.repeat = event.repeat != 0;
+    message.extended = IsExtended(event.keysym);
+    message.system = (event.keysym.mod & KMOD_ALT) != 0;
+    Queue(message);
+    // SDL's text events leave control characters out; the runtime's string wants them.
+    const bool control =
+        message.key == 8 || message.key == 9 || message.key == 13 || message.key == 27;
+    if (event.type == SDL_KEYDOWN && control && !message.system) {
+        HostMessage typed = Make(HostMessageType::Char);
+        typed.unit = static_cast<uint16_t>(message.key);
+        Queue(typed);
+    }
+}
+
+// One UTF-8 character as one or two UTF-16 units; its length in bytes.
+size_t QueueCharacter(const char* text)
+{
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    uint32_t code = length == 1 ? lead : lead & (0x7FU >> length);
+    for (size_t i = 1; i < length; ++i) {
+        if (!text[i]) return i;
+        code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
+    }
+    HostMessage typed = Make(HostMessageType::Char);
+    if (code >= 0x10000) {
+        typed.unit = static_cast<uint16_t>(0xD800 + ((code - 0x10000) >> 10));
+        Queue(typed);
+        code = 0xDC00 + ((code - 0x10000) & 0x3FF);
+    }
+    typed.unit = static_cast<uint16_t>(code);
+    Queue(typed);
+    return length;
+}
+
+void QueueText(const char* text)
+{
+    while (*text) text += QueueCharacter(text);
+}
+
+int32_t ButtonNumber(Uint8 button)
+{
+    return button == SDL_BUTTON_LEFT     ? 1
+           : button == SDL_BUTTON_RIGHT  ? 2
+           : button == SDL_BUTTON_MIDDLE ? 3
+                                         : 0;
+}
+
+void QueueButton(const SDL_MouseButtonEvent& event)
+{
+    HostMessage message = Make(event.type == SDL_MOUSEBUTTONDOWN ? HostMessageType::ButtonDown
+                                                                 : HostMessageType::ButtonUp);
+    message.button = ButtonNumber(event.button);
+    message.x = event.x;
+    message.y = event.y;
+    if (message.button) Queue(message);
+}
+
+void QueueWindow(const SDL_WindowEvent& event)
+{
+    HostMessage message;
+    switch (event.event) {
+        case SDL_WINDOWEVENT_SIZE_CHANGED:
+            message = Make(HostMessageType::Size);
+            message.width = event.data1;
+            message.height = event.data2;
+            break;
+        case SDL_WINDOWEVENT_FOCUS_GAINED:
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+            message = Make(HostMessageType::ActivateApp);
+            message.flag = event.event == SDL_WINDOWEVENT_FOCUS_GAINED;
+            break;
+        case SDL_WINDOWEVENT_CLOSE:
+            message = Make(HostMessageType::Close);
+            break;
+        default:
+            return;
+    }
+    Queue(message);
+}
+
+void Translate(const SDL_Event& event)
+{
+    HostMessage message;
+    switch (event.type) {
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+            QueueKey(event.key);
+            return;
+        case SDL_TEXTINPUT:
+            QueueText(event.text.text);
+            return;
+        case SDL_MOUSEMOTION:
+            message = Make(HostMessageType::MouseMove);
+            message.x = event.motion.x;
+            message.y = event.motion.y;
+            Queue(message);
+            return;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+            QueueButton(event.button);
+            return;
+        case SDL_MOUSEWHEEL:
+            message = Make(HostMessageType::Wheel);
+            message.delta = event.wheel.y;
+            Queue(message);
+            return;
+        case SDL_WINDOWEVENT:
+            QueueWindow(event.window);
+            return;
+        case SDL_QUIT:
+            Queue(Make(HostMessageType::Close));
+            return;
+        case SDL_JOYDEVICEADDED:
+        case SDL_JOYDEVICEREMOVED:
+            Queue(Make(HostMessageType::DeviceChange));
+            return;
+        default:
+            return;
+    }
+}
+
+}  // namespace
+
+bool NextMessage(HostMessage* message)
+{
+    if (g_head >= g_queue.size()) {
+        g_queue.clear();
+        g_head = 0;
+        SDL_Event event;
+        while (SDL_PollEvent(&event)) Translate(event);
+    }
+    if (g_head >= g_queue.size()) return false;
+    *message = g_queue[g_head++];
+    return true;
+}
+
+void PostMessage(const HostMessage& message)
+{
+    Queue(message);
+}
+
+void SendKey(int32_t key, bool down)
+{
+    if (key < 1 || key >= kKeyCount) return;
+    HostMessage message = Make(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
+    message.key = key;
+    message.repeat = down && g_sentKeys[key];
+    g_sentKeys[key] = down;
+    Queue(message);
+}
+
+bool KeyState(int32_t key)
+{
+    if (key < 1 || key >= kKeyCount) return false;
+    if (g_sentKeys[key]) return true;
+    const SDL_Scancode scan = SDL_GetScancodeFromKey(KeyToSdl(key));
+    int count = 0;
+    const Uint8* states = SDL_GetKeyboardState(&count);
+    return scan != SDL_SCANCODE_UNKNOWN && scan < count && states[scan];
+}
+
+bool KeyToggled(int32_t key)
+{
+    const SDL_Keymod mod = SDL_GetModState();
+    return (key == 20 && (mod & KMOD_CAPS)) || (key == 144 && (mod & KMOD_NUM)) ||
+           (key == 145 && (mod & KMOD_SCROLL));
+}
+
+void ForgetMessages()
+{
+    VxVector<HostMessage>().swap(g_queue);
+    g_head = 0;
+    for (bool& sent : g_sentKeys) sent = false;
+}
+
+}  // namespace sdl
