@@ -33,7 +33,7 @@ enum Type {
     kPreCreate
 };
 
-constexpr Word kSteps[] = {{"Normal", 0}, {"Begin", 1}, {"End", 2}};
+constexpr Word kSteps[] = {{"Begin", 1}, {"End", 2}};
 
 // Key codes are the runtime's; letters and digits stand for themselves.
 constexpr Word kKeys[] = {{"NoKey", 0},   {"AnyKey", 1}, {"Backspace", 8}, {"Tab", 9},
@@ -71,8 +71,8 @@ constexpr Word kOthers[] = {
     {"PathEnd", 8},       {"NoHealth", 9},    {"AsyncHttp", 62}, {"AsyncDialog", 63},
     {"AsyncNetwork", 68}, {"AsyncSteam", 69}, {"AsyncSave", 72}, {"AsyncSystem", 75}};
 
-constexpr Word kDraws[] = {{"Normal", 0},    {"Gui", 64},    {"Begin", 72}, {"End", 73},
-                           {"GuiBegin", 74}, {"GuiEnd", 75}, {"Pre", 76},   {"Post", 77}};
+constexpr Word kDraws[] = {{"Gui", 64},    {"Begin", 72}, {"End", 73}, {"GuiBegin", 74},
+                           {"GuiEnd", 75}, {"Pre", 76},   {"Post", 77}};
 
 template <size_t N>
 int Look(const Word (&words)[N], const std::string& word)
@@ -130,8 +130,8 @@ int Event_Subtype(int type, const std::string& word, const Names& objects, std::
             return Look(kOthers, word);
         case kStep:
         case kDraw:
-            if (word.empty()) shown = "Normal";
-            return type == kStep ? Look(kSteps, shown) : Look(kDraws, shown);
+            if (word.empty()) return 0;
+            return type == kStep ? Look(kSteps, word) : Look(kDraws, word);
         default:
             return word.empty() ? 0 : -1;
     }

@@ -150,12 +150,16 @@ void ReadHead(const Tables& tables, const Row& row, Level& level)
     } else if (row.name == "weather") {
         level.rain = row.Flag("rain");
         if (!level.rain && !row.Flag("sun")) row.Fail("expected weather sun or weather rain");
+    } else if (row.name == "inner") {
+        std::vector<std::string> words = row.Words();
+        if (words.size() != 1) row.Fail("expected an object behind inner");
+        level.inner = tables.objectNames.Need(row, words[0], "object");
     } else if (row.name == "solution") {
         ReadSolution(row, level);
     } else if (row.name == "instances") {
         for (const Row& line : row.rows) level.instances.push_back(ReadInstance(tables, line));
     } else {
-        row.Fail("expected title, world, seed, weather, map, solution or instances");
+        row.Fail("expected title, world, seed, weather, inner, map, solution or instances");
     }
     row.Done();
 }
@@ -209,6 +213,12 @@ void PlaceMap(const Tables& tables, Level& level)
     for (const Run& run : Level_Runs(level)) {
         placer.Place("oWall", CellX(run.column), CellY(run.row), run.columns, run.rows);
     }
+    if (level.inner >= 0) {
+        const char* inner = tables.objectNames.List()[static_cast<size_t>(level.inner)].c_str();
+        for (auto [row, column] : Cells(level, "#")) {
+            if (level.Lone(column, row)) placer.Place(inner, CellX(column), CellY(row));
+        }
+    }
     placer.Place(level.rain ? "oChuva" : "oRaiosDeSol", 0, 0);
     placer.Place("oClock", 0, 0);
 }
@@ -254,6 +264,14 @@ char Level::At(int column, int row) const
     if (row < 0 || row >= static_cast<int>(map.size()) || column < 0) return ' ';
     const std::string& line = map[static_cast<size_t>(row)];
     return column < static_cast<int>(line.size()) ? line[static_cast<size_t>(column)] : ' ';
+}
+
+bool Level::Lone(int column, int row) const
+{
+    const std::string joined = "#G";
+    return Wall(column, row) && joined.find(At(column - 1, row)) == std::string::npos &&
+           joined.find(At(column + 1, row)) == std::string::npos && !Wall(column, row - 1) &&
+           !Wall(column, row + 1);
 }
 
 std::vector<Run> Level_Runs(const Level& level)

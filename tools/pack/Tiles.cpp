@@ -120,6 +120,7 @@ private:
     void LayWall(int column, int row)
     {
         if (!level_.Wall(column, row)) return;
+        if (level_.inner >= 0 && level_.Lone(column, row)) return;
         // A gate stands between posts: the wall goes up to it from both sides.
         auto joins = [&](int c, int r) { return level_.Wall(c, r); };
         auto joinsSide = [&](int c, int r) { return level_.Wall(c, r) || level_.At(c, r) == 'G'; };
