@@ -64,7 +64,8 @@ struct CCode {
     int32_t index;  // row of the code table, -1 when empty
     const CodeRow* function;
     RValue constant;
-    int32_t number;  // position in the order of making, for archive records
+    int32_t number;       // position in the order of making, for archive records
+    bool script = false;  // the row has the form of a script
 };
 
 extern CCode* g_CodeList;  // newest first
@@ -77,5 +78,12 @@ CCode* Code_Make(int32_t row);
 CCode* Code_MakeConstant(const RValue& value);
 CCode* Code_FromNumber(int32_t number);  // null for -1 and out of range
 bool Code_Constant_Prepare();
+int32_t Code_FindRow(const char* name);  // row of the code table, -1 when there is none
 
+// Runs the code, or copies a constant into `result` (a live value, may be null for
+// code). False after an error, which is then already reported. Code that is null or
+// empty, and all code under -oldexec, does nothing. No caller's `flag` changes what
+// native code does.
 bool Code_Execute(CInstance* self, CInstance* other, CCode* code, RValue* result, int32_t flag);
+// Leaves a text for the report that Code_Execute makes when the running code ends.
+void Code_SetError(const char* format, ...);

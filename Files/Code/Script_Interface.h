@@ -32,13 +32,14 @@ struct WithState {
 int32_t With_Begin(WithState* state, CInstance** self, CInstance** other, int32_t target);
 bool With_Next(WithState* state, CInstance** self);
 void With_End(WithState* state, CInstance** self, CInstance** other);
+void With_ReleaseBuffers();  // at shutdown: no `with` may be running
 
 bool Instance_ExistsDirect(CInstance* self, CInstance* other, int32_t target);
 void Instance_DestroyDirect(CInstance* self, CInstance* other, int argc, RValue** args);
 
 RValue& Script_Call(int32_t script, CInstance* self, CInstance* other, RValue& result, int argc,
                     RValue* args);
-extern int32_t g_ArgumentCount;   // of the running script
+extern int32_t g_ArgumentCount;  // of the running script
 extern RValue** g_Arguments;
 
 // The row name that the next compiled function's frame takes; set before each call.

@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
+#include "Files/Base/Archive_Records.h"
 #include "Platform/MemoryManager.h"
 
 class CInstance;
 struct CCode;
-struct ArchiveRoom;
 
 inline constexpr int kRoomSlots = 8;  // backgrounds and views of a room
 
@@ -45,6 +45,12 @@ struct CTile {
     bool visible = true;
 };
 
+// The instances and tiles of a template whose content was changed at run time.
+struct CRoomContent {
+    VxVector<ArchiveRoomInstance> instances;  // code fields hold numbers of code objects
+    VxVector<ArchiveRoomTile> tiles;
+};
+
 class CRoom {
 public:
     CRoom() = default;
@@ -58,7 +64,8 @@ public:
     void AddDeactivated(CInstance* instance);  // at the tail
     void RemoveDeactivated(CInstance* instance);
 
-    const char* name = "";  // in the archive
+    const char* name = "";  // in the archive, or ownName
+    VxString ownName;       // of a template made at run time
     VxString caption;
     int32_t speed = 30;
     int32_t width = 640, height = 480;
@@ -81,5 +88,6 @@ public:
     int32_t deactivatedCount = 0;
     VxVector<int32_t> newInstanceIds;  // in record order, until the Create step used them
     const ArchiveRoom* record = nullptr;
+    CRoomContent* content = nullptr;  // owned; takes the place of the record's lists
     VxVector<CTile> tiles;
 };

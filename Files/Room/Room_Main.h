@@ -29,8 +29,8 @@ int32_t Room_OrderAt(int32_t position);
 void Room_ResetRunning();   // StartGame: one empty entry for each template
 void Room_DeleteRunning();  // EndGame
 
-int32_t Room_Count();                  // templates
-CRoom* Room_Template(int32_t index);   // null when there is none
+int32_t Room_Count();                 // templates
+CRoom* Room_Template(int32_t index);  // null when there is none
 bool Room_Exists(int32_t index);
 const char* Room_Name(int32_t index);  // "<undefined>" when there is none
 int32_t Room_Find(const char* name);   // -1 when there is none
@@ -38,6 +38,17 @@ int32_t Room_Next(int32_t index);      // -1 at the end or for no room
 int32_t Room_Previous(int32_t index);
 
 void Room_Goto(int32_t index);  // a request; reports a room that does not exist
+void Room_GotoNext();           // both report the end of the order
+void Room_GotoPrevious();
+
+// ---- templates
+// Fills an empty room with a template's settings, tiles and instances. Runs no event.
+void Room_CopyTemplate(CRoom* room, const CRoom& source);
+int32_t Room_AddTemplate();  // a room with the defaults and no content; its index
+// The template's content as lists of its own, copied from the archive at the first call.
+CRoomContent* Room_OwnContent(CRoom* room);
+// All of a template but its name.
+void Room_AssignTemplate(CRoom* room, const CRoom& source);
 
 void StartRoom(int32_t index, bool gameStart);
 void EndRoom(bool gameEnd);
