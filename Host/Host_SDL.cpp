@@ -26,7 +26,7 @@ bool StartVideo()
     if (SDL_WasInit(SDL_INIT_VIDEO)) return true;
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
-    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "0");
+    SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_Init(SDL_INIT_VIDEO) == 0) return true;
     g_window.error = VxString("No display can be reached (") + SDL_GetError() +
                      "). Set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
@@ -171,9 +171,22 @@ bool MakePicture(int32_t width, int32_t height)
     return g_window.texture != nullptr;
 }
 
+// The window's own surface, where the display server shows plain pixels.
+bool PresentOnSurface(const uint32_t* pixels, int32_t width, int32_t height, int32_t pitch)
+{
+    SDL_Surface* surface = SDL_GetWindowSurface(g_window.window);
+    if (!surface || surface->w != width || surface->h != height) return false;
+    if (SDL_ConvertPixels(width, height, SDL_PIXELFORMAT_RGB888, pixels, pitch,
+                          surface->format->format, surface->pixels, surface->pitch) != 0)
+        return false;
+    return SDL_UpdateWindowSurface(g_window.window) == 0;
+}
+
 bool PresentPixels(const uint32_t* pixels, int32_t width, int32_t height, int32_t pitch)
 {
-    if (!g_window.window || !MakePicture(width, height)) return false;
+    if (!g_window.window) return false;
+    if (!g_window.renderer && PresentOnSurface(pixels, width, height, pitch)) return true;
+    if (!MakePicture(width, height)) return false;
     SDL_UpdateTexture(g_window.texture, nullptr, pixels, pitch);
     SDL_RenderCopy(g_window.renderer, g_window.texture, nullptr, nullptr);
     SDL_RenderPresent(g_window.renderer);
