@@ -13,6 +13,7 @@ namespace archive {
 struct Page {
     std::vector<uint8_t> png;
     uint32_t flags = 0;
+    bool operator==(const Page&) const = default;
 };
 
 // Where a picture lies on its page and inside its untrimmed source image, in pixels.
@@ -21,6 +22,7 @@ struct PageEntry {
     uint16_t targetX = 0, targetY = 0, targetWidth = 0, targetHeight = 0;
     uint16_t sourceWidth = 0, sourceHeight = 0;
     int16_t page = 0;
+    bool operator==(const PageEntry&) const = default;
 };
 
 struct Sound {
@@ -33,6 +35,7 @@ struct Sound {
     float pitch = 0.0F;
     uint32_t groupId = 0;
     int32_t audioIndex = -1;  // index into waves, -1 for a file beside the program
+    bool operator==(const Sound&) const = default;
 };
 
 // bboxMode: 0 automatic, 1 full image, 2 manual. A mask is `height` rows of
@@ -48,6 +51,7 @@ struct Sprite {
     int32_t originX = 0, originY = 0;
     std::vector<PageEntry> frames;
     std::vector<std::vector<uint8_t>> masks;
+    bool operator==(const Sprite&) const = default;
 };
 
 struct Background {
@@ -55,17 +59,20 @@ struct Background {
     bool transparent = false, smooth = false, preload = true;
     bool hasEntry = true;
     PageEntry entry;
+    bool operator==(const Background&) const = default;
 };
 
 struct Script {
     std::string name;
     int32_t codeId = -1;  // row of the code table
+    bool operator==(const Script&) const = default;
 };
 
 struct Glyph {
     uint16_t character = 0, x = 0, y = 0, width = 0, height = 0, shift = 0;
     int16_t offset = 0;
     uint16_t kerningCount = 0;
+    bool operator==(const Glyph&) const = default;
 };
 
 struct Font {
@@ -78,11 +85,13 @@ struct Font {
     PageEntry entry;
     float scaleX = 1.0F, scaleY = 1.0F;
     std::vector<Glyph> glyphs;  // ascending by character
+    bool operator==(const Font&) const = default;
 };
 
 struct Event {
     uint32_t subtype = 0;
     int32_t codeId = -1;
+    bool operator==(const Event&) const = default;
 };
 
 inline constexpr int kEventTypes = 13;  // event types stored with an object
@@ -96,6 +105,7 @@ struct Object {
     int32_t parentIndex = -100;  // -100 for none
     int32_t maskIndex = -1;
     std::vector<Event> events[kEventTypes];
+    bool operator==(const Object&) const = default;
 };
 
 struct RoomBackground {
@@ -105,6 +115,7 @@ struct RoomBackground {
     bool tileHorizontal = true, tileVertical = true;
     int32_t horizontalSpeed = 0, verticalSpeed = 0;
     bool stretch = false;
+    bool operator==(const RoomBackground&) const = default;
 };
 
 struct RoomView {
@@ -112,6 +123,7 @@ struct RoomView {
     int32_t viewX = 0, viewY = 0, viewWidth = 854, viewHeight = 480;
     int32_t portX = 0, portY = 0, portWidth = 854, portHeight = 480;
     int32_t borderH = 32, borderV = 32, speedH = -1, speedV = -1, followObject = -1;
+    bool operator==(const RoomView&) const = default;
 };
 
 struct RoomInstance {
@@ -121,6 +133,7 @@ struct RoomInstance {
     uint32_t colour = 0xFFFFFFFFU;  // 0xAABBGGRR
     float rotation = 0.0F;
     int32_t preCreateCode = -1;
+    bool operator==(const RoomInstance&) const = default;
 };
 
 struct RoomTile {
@@ -128,6 +141,7 @@ struct RoomTile {
     int32_t width = 0, height = 0, depth = 0, id = 0;
     float scaleX = 1.0F, scaleY = 1.0F;
     uint32_t colour = 0xFFFFFFFFU;  // 0xAABBGGRR
+    bool operator==(const RoomTile&) const = default;
 };
 
 struct Room {
@@ -142,6 +156,7 @@ struct Room {
     RoomView views[8];
     std::vector<RoomInstance> instances;
     std::vector<RoomTile> tiles;
+    bool operator==(const Room&) const = default;
 };
 
 struct General {
@@ -156,6 +171,7 @@ struct General {
     uint64_t activeTargets = 0, functionClasses = 0;
     uint32_t steamAppId = 0, debuggerPort = 6502;
     std::vector<uint32_t> roomOrder;  // room indices in the order of play
+    bool operator==(const General&) const = default;
 };
 
 struct Options {
@@ -167,6 +183,7 @@ struct Options {
     std::string loadBarImage;
     uint32_t loadAlpha = 0;
     std::vector<std::pair<std::string, std::string>> constants;
+    bool operator==(const Options&) const = default;
 };
 
 struct Content {
@@ -182,6 +199,7 @@ struct Content {
     std::vector<Object> objects;
     std::vector<Room> rooms;
     std::vector<Page> pages;
+    bool operator==(const Content&) const = default;
 };
 
 }  // namespace archive

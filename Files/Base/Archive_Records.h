@@ -95,6 +95,52 @@ struct ArchiveOptions {
 };
 static_assert(offsetof(ArchiveOptions, loadBarImage) == 52 && sizeof(ArchiveOptions) == 64);
 
+// OPTN in its older form: a word for each option, in the order of the option bits,
+// and the values between them; constantCount pairs of strings follow.
+struct ArchiveOldOptions {
+    uint32_t bits0To4[5];
+    int32_t windowScale;
+    uint32_t bits5To6[2];
+    uint32_t windowColour;
+    uint32_t bit7;
+    uint32_t colourDepth, resolution, frequency;
+    uint32_t bit8;
+    uint32_t verticalSync;
+    uint32_t bits9To14[6];
+    uint32_t priority;
+    uint32_t bits15To16[2];
+    uint32_t reserved[2];
+    ArchiveString loadBarImage;
+    uint32_t bit17;
+    uint32_t loadAlpha;
+    uint32_t bits18To23[6];
+    uint32_t constantCount;
+};
+static_assert(offsetof(ArchiveOldOptions, windowScale) == 20 &&
+              offsetof(ArchiveOldOptions, windowColour) == 32 &&
+              offsetof(ArchiveOldOptions, colourDepth) == 40 &&
+              offsetof(ArchiveOldOptions, verticalSync) == 56 &&
+              offsetof(ArchiveOldOptions, priority) == 84 &&
+              offsetof(ArchiveOldOptions, loadBarImage) == 104 &&
+              offsetof(ArchiveOldOptions, constantCount) == 140);
+
+// The option bits that the words of the older form stand for.
+constexpr uint32_t ArchiveOldOptionBits(const ArchiveOldOptions& options)
+{
+    uint32_t bits = 0;
+    int next = 0;
+    const auto add = [&](uint32_t word) { bits |= (word != 0 ? 1U : 0U) << next++; };
+    for (int i = 0; i < 5; ++i) add(options.bits0To4[i]);
+    for (int i = 0; i < 2; ++i) add(options.bits5To6[i]);
+    add(options.bit7);
+    add(options.bit8);
+    for (int i = 0; i < 6; ++i) add(options.bits9To14[i]);
+    for (int i = 0; i < 2; ++i) add(options.bits15To16[i]);
+    add(options.bit17);
+    for (int i = 0; i < 6; ++i) add(options.bits18To23[i]);
+    return bits;
+}
+
 struct ArchiveConstant {
     ArchiveString name, value;
 };
