@@ -44,16 +44,18 @@ public:
     ~CInstance() override;
 
     // Takes the object's values: mask, depth, solid, visible, persistent, sprite.
-    // An index of -1 is taken as 0.
+    // An index of -1 is taken as 0. Touches no list.
     void SetObject(int32_t objectIndex);
     void SetSprite(int32_t sprite);
     void SetPosition(float toX, float toY);  // marks the box stale only on a change
     void ComputeSpeedFromDirection();
     void ComputeDirectionFromSpeed();
     int32_t ImageNumber() const;  // frames of the sprite, 0 for no sprite
+    int32_t CollisionSprite() const { return mask_index >= 0 ? mask_index : sprite_index; }
     bool Alive() const { return !marked && !deactivated; }
-    // Copies every field and the user variables of `from` but id, list links and
-    // the place in the object lists.
+    // Copies every field and the user variables of `from` but id, createCounter, list
+    // links and the places in lists: a copy made in a walk sits it out like any other
+    // new instance.
     void CopyFrom(const CInstance& from);
     void AddToObjectLists();
     void RemoveFromObjectLists();
@@ -108,5 +110,6 @@ public:
     float depth = 0;
     float sortedDepth = 0;
     int32_t tableSlot = -1;  // place in the global table of instances
-    bool inObjectLists = false;
+    bool inObjectLists = false;   // of changedFrom while a change is pending, else of object
+    bool depthPending = false;    // stands in g_DepthChanges
 };

@@ -24,7 +24,12 @@ inline bool Walk_Takes(const CInstance* instance, uint64_t snapshot)
 }
 
 void Instance_Init();
-void Instance_Quit();
+void Instance_Quit();  // after the rooms: no instance is left
+
+// ---- the global table of instances, by slot
+int32_t Instance_TakeSlot(CInstance* instance);
+void Instance_GiveSlot(int32_t slot);
+void Instance_FreeBuffers();  // the pending lists and the iterators' memory
 
 // ---- id table
 CInstance* Instance_FromId(int32_t id);  // null when there is none
@@ -41,19 +46,22 @@ CInstance* Instance_Copy(CInstance* instance, bool withEvents);
 // lists, and frees it. The room list is the caller's.
 void Instance_Free(CInstance* instance);
 
+// Activation changes, then object changes, then depth changes: the only place but
+// creation and the purge where the lists change. Call it between two walks.
 void ApplyPendingChanges();
-void PurgeInstances();
+void PurgeInstances();  // frees the marked instances of the active list
 void Instance_SetDepth(CInstance* instance, float depth);  // on a change: store and enter once
 
 // ---- activation; all enter g_ActivationChanges
-void Instance_Deactivate(CInstance* instance);
-void Instance_Activate(CInstance* instance);
+void Instance_Deactivate(CInstance* instance);  // neither marked nor deactivated ones
+void Instance_Activate(CInstance* instance);    // deactivated ones
 
 // ---- naming
 // Yields the instances that a number names, in the order of the built-ins: the
 // one instance; the active list from the head; an object's instancesRecursive,
 // then the pending object and activation changes of that object, then, when
-// asked for, the deactivated list; an id. Skips nothing: users test Alive().
+// asked for, the deactivated list; an id. Each comes once. Skips nothing: users test
+// Alive().
 // Collected before the first visit into a reused buffer, so visits may change
 // the world. Nested use is safe.
 class InstanceIterator {

@@ -12,6 +12,7 @@ struct CCode;
 
 inline constexpr int kEventRows = 15;
 inline constexpr int kEventSubtypes = 256;
+inline constexpr int kObjectLimit = 100000;  // indices are below: ids of instances begin here
 
 enum EventType : int32_t {
     EVENT_CREATE = 0,
@@ -92,6 +93,9 @@ public:
     bool Visible() const { return (flags & OBJECT_VISIBLE) != 0; }
     bool Persistent() const { return (flags & OBJECT_PERSISTENT) != 0; }
     CEvent* OwnEvent(int32_t type, int32_t subtype) const;  // null for none or empty code
+    // Stores an event, replacing one of the same type and subtype. False for a type
+    // or a subtype out of range. Code is not owned.
+    bool SetEvent(int32_t type, int32_t subtype, CCode* code);
     bool IsOrDescendsFrom(int32_t objectIndex) const;
 
     uint32_t flags = OBJECT_DEFAULT | OBJECT_VISIBLE;
@@ -114,6 +118,10 @@ void Object_Quit();    // frees all objects
 bool Object_Load(const uint8_t* chunk, uint32_t size, const uint8_t* archiveBase);
 bool Object_Prepare();  // binds events and parents; false ends start-up
 void Object_BuildEventTables();  // at StartGame: g_EventObjects and the collision pairs
+// Enters an object made by hand, for tests and tools: owned by the table from here.
+// Takes object->index, or the next free index when that is -1. The index, or -1 when
+// it is taken; the object is then deleted.
+int32_t Object_Add(CObjectSW* object);
 int32_t Object_Count();          // highest index + 1, empty slots included
 CObjectSW* Object_Data(int32_t index);  // null when there is none
 const char* Object_Name(int32_t index);  // "<undefined>" when there is none
@@ -137,7 +145,17 @@ extern int32_t g_CollisionPairCount;
 
 bool Has_Event(int32_t objectIndex, int32_t type, int32_t subtype);
 
+// Where an event of an object is found: on the object itself, else on the nearest
+// ancestor; a collision also by the ancestors of the other object. Null for none.
+struct FoundEvent {
+    CEvent* event;
+    const CObjectSW* object;
+};
+FoundEvent Object_FindEvent(const CObjectSW* object, int32_t type, int32_t subtype);
+
 // ---- running events
+// The event under way, 0 before the first. Errors: "Invalid event argument" and, above
+// 32 nested events, the recursion text; both are fatal reports and run nothing.
 extern int32_t Current_Event_Object, Current_Event_Type, Current_Event_Number;
 void Perform_Event(CInstance* self, CInstance* other, int32_t type, int32_t subtype);
 void Perform_Event_Object(CInstance* self, CInstance* other, int32_t objectIndex, int32_t type,
