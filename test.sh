@@ -1,0 +1,35 @@
+#!/bin/sh
+# Installs what is missing, builds everything and runs every test.
+#   ./test.sh              the release build
+#   ./test.sh --sanitize   under AddressSanitizer and UndefinedBehaviorSanitizer
+#   ./test.sh --threads    under ThreadSanitizer
+set -eu
+cd "$(dirname "$0")"
+. setup/setup.sh
+
+case "${1:-}" in
+    "") preset=release ;;
+    --sanitize) preset=asan-ubsan ;;
+    --threads) preset=tsan ;;
+    *) fail "Unknown argument $1; ./test.sh takes none, --sanitize or --threads." ;;
+esac
+
+install_packages
+build "$preset"
+say "Testing ($preset)"
+export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+status=0
+ctest --test-dir "build/$preset" -j "$(nproc)" --output-on-failure --no-tests=error >"$log" 2>&1 ||
+    status=$?
+grep -vE '^ +Start +[0-9]+:' "$log" | grep -vE 'Test +#[0-9]+: .* Passed ' || true
+failed=$(grep -cE 'Test +#[0-9]+: .*\*\*\*' "$log" || true)
+passed=$(grep -cE 'Test +#[0-9]+: .* Passed ' "$log" || true)
+if [ "$status" = 0 ]; then
+    say "Every test passed."
+else
+    say "Some tests failed; the lines above say which."
+fi
+printf '%s passed, %s failed\n' "$passed" "$failed"
+exit "$status"
