@@ -8,7 +8,8 @@
 //
 // Further keys of a row: view=x,y,width,height (the area of the drawing that is
 // shown, in its own units; the whole drawing by default) and flip=x (mirrored).
-// Pictures render to the same bytes on every run.
+// Pictures render to the same bytes on every run. Words are drawn as paths: a text
+// element would look different with the fonts of each machine.
 
 #include <cstdint>
 #include <memory>
