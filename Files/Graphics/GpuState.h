@@ -10,8 +10,8 @@
 // Wanted values back to their defaults with the filter and repeat settings laid
 // over them, the snapshot stack empty, and every state marked for sending.
 void GpuState_Init();
-void GpuState_Set(int32_t state, uint32_t value);  // a DeviceRenderState
-uint32_t GpuState_Get(int32_t state);              // the wanted value
+void GpuState_Set(int32_t state, uint32_t value);                       // a DeviceRenderState
+uint32_t GpuState_Get(int32_t state);                                   // the wanted value
 void GpuState_SetSampler(int32_t stage, int32_t kind, uint32_t value);  // a DeviceSamplerState
 uint32_t GpuState_GetSampler(int32_t stage, int32_t kind);
 void GpuState_Apply();    // sends what is dirty; the batch calls it after each flush

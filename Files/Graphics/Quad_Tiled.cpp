@@ -1,0 +1,155 @@
+// Pictures repeated over the area that is shown.
+
+#include <algorithm>
+#include <cmath>
+
+#include "Files/Graphics/Draw_Room.h"
+#include "Files/Graphics/Quad_Emit.h"
+
+namespace {
+
+constexpr float kLeastScale = 0.0001F;
+constexpr int32_t kMostTiles = 1 << 14;  // along one axis
+
+// Where the tiles of one axis start and how many there are.
+struct TileRun {
+    float start;
+    int32_t count;
+};
+
+TileRun RunOver(float position, float size, bool tiled, float viewStart, float viewSize)
+{
+    if (!tiled) return {position, static_cast<int32_t>(std::trunc(size) / size)};
+    const float span = std::trunc(((viewSize + size - 1) / size + 2) * size);
+    const float start = std::fmod(position - viewStart, size) + viewStart - size;
+    return {start, static_cast<int32_t>(std::min(span / size, static_cast<float>(kMostTiles)))};
+}
+
+// One request of vertices is at most this many.
+int32_t PieceVertices(int64_t wanted)
+{
+    const int64_t most = Batch_MaxVertices();
+    return static_cast<int32_t>(std::min(wanted, most - most % 6));
+}
+
+// Where a pixel-tiled axis starts: at or left of the area's edge when tiled.
+int32_t PixelStart(float position, int32_t size, bool tiled, float viewStart)
+{
+    auto start = static_cast<int32_t>(std::lrint(std::clamp(position, -1e9F, 1e9F)));
+    if (!tiled) return start;
+    start %= size;
+    if (start > 0) start -= size;
+    const auto edge = static_cast<int64_t>(std::floor(viewStart));
+    // The next tile is still left of the edge: step as often as that holds.
+    if (edge > int64_t{start} + size)
+        start += static_cast<int32_t>((edge - start - 1) / size * size);
+    while (static_cast<float>(start) > viewStart) start -= size;
+    return start;
+}
+
+// What all tiles of one draw share.
+struct PixelTiles {
+    GpuTexture* texture;
+    QuadTexels texels;
+    QuadColours colours;
+    float offsetX, offsetY;
+    int32_t width, height;
+};
+
+void FanTile(const PixelTiles& tiles, int32_t x, int32_t y)
+{
+    auto* v = static_cast<VertexTextured*>(
+        Batch_Alloc(PRIMITIVE_TRIANGLE_FAN, tiles.texture, kStrideTextured, 4));
+    if (!v) return;
+    const float left = static_cast<float>(x) + tiles.offsetX;
+    const float top = static_cast<float>(y) + tiles.offsetY;
+    const float right = left + static_cast<float>(tiles.width);
+    const float bottom = top + static_cast<float>(tiles.height);
+    const QuadTexels& t = tiles.texels;
+    const uint32_t* c = tiles.colours.corner;
+    v[0] = {left, top, 0, c[0], t.uMin, t.vMin};
+    v[1] = {right, top, 0, c[1], t.uMax, t.vMin};
+    v[2] = {right, bottom, 0, c[2], t.uMax, t.vMax};
+    v[3] = {left, bottom, 0, c[3], t.uMin, t.vMax};
+    ++g_GraphicsStats.sprites;
+}
+
+}  // namespace
+
+bool Quad_EntryTiled(ArchivePageEntry* entry, float xorigin, float yorigin, float x, float y,
+                     float xscale, float yscale, bool htile, bool vtile, uint32_t colour,
+                     float alpha)
+{
+    if (xscale < kLeastScale || yscale < kLeastScale) return false;
+    if (!htile && !vtile)
+        return Quad_EntryExt(entry, xorigin, yorigin, x, y, xscale, yscale, 0, colour, alpha);
+    const TextureSlot* slot = entry ? Quad_Slot(entry->texture) : nullptr;
+    if (!slot) return false;
+    Quad_MendEntry(entry);
+    const float tileW = static_cast<float>(entry->sourceWidth) * xscale;
+    const float tileH = static_cast<float>(entry->sourceHeight) * yscale;
+    if (!(tileW > 0) || !(tileH > 0)) return false;
+    const TileRun across =
+        RunOver(x - xorigin * xscale, tileW, htile, g_ViewArea.x, g_ViewArea.width);
+    const TileRun down =
+        RunOver(y - yorigin * yscale, tileH, vtile, g_ViewArea.y, g_ViewArea.height);
+    const float left = across.start + static_cast<float>(entry->targetX) * xscale;
+    const float top = down.start + static_cast<float>(entry->targetY) * yscale;
+    const float width = static_cast<float>(entry->targetWidth) * xscale;
+    const float height = static_cast<float>(entry->targetHeight) * yscale;
+    const QuadTexels texels = Quad_EntryTexels(*entry, *slot);
+    const QuadColours colours = Quad_OneColour(VertexColour(colour, alpha));
+
+    int64_t rest = int64_t{6} * across.count * down.count;
+    VertexTextured* v = nullptr;
+    int32_t piece = 0;
+    for (int32_t row = 0; row < down.count; ++row)
+        for (int32_t column = 0; column < across.count; ++column, v += 6, piece -= 6) {
+            if (piece == 0) {
+                piece = PieceVertices(rest);
+                rest -= piece;
+                v = static_cast<VertexTextured*>(
+                    Batch_Alloc(PRIMITIVE_TRIANGLES, slot->texture, kStrideTextured, piece));
+                if (!v) return true;
+            }
+            const float tileX = left + static_cast<float>(column) * tileW;
+            const float tileY = top + static_cast<float>(row) * tileH;
+            Quad_Write(v, Quad_Upright(tileX, tileY, tileX + width, tileY + height), texels,
+                       colours);
+            ++g_GraphicsStats.sprites;
+        }
+    return true;
+}
+
+bool Quad_TextureTiled(int32_t slotIndex, float xorigin, float yorigin, float x, float y,
+                       float xscale, float yscale, bool htile, bool vtile, uint32_t colour,
+                       float alpha)
+{
+    const TextureSlot* slot = Quad_Slot(slotIndex);
+    if (!slot) return false;
+    const PixelTiles tiles{slot->texture,
+                           Quad_SlotTexels(*slot),
+                           Quad_OneColour(VertexColour(colour, alpha)),
+                           -xscale * xorigin,
+                           -yscale * yorigin,
+                           static_cast<int32_t>(static_cast<float>(slot->width) * xscale),
+                           static_cast<int32_t>(static_cast<float>(slot->height) * yscale)};
+    if (tiles.width <= 0 || tiles.height <= 0) return true;
+    // The origin moves the tiles back, so the run starts that much further on.
+    const int32_t startX =
+        PixelStart(x, tiles.width, htile, g_ViewArea.x - std::max(tiles.offsetX, 0.0F));
+    const int32_t startY =
+        PixelStart(y, tiles.height, vtile, g_ViewArea.y - std::max(tiles.offsetY, 0.0F));
+    const float right = g_ViewArea.x + g_ViewArea.width - std::min(tiles.offsetX, 0.0F);
+    const float bottom = g_ViewArea.y + g_ViewArea.height - std::min(tiles.offsetY, 0.0F);
+    for (int32_t tileX = startX; static_cast<float>(tileX) < right || !htile;
+         tileX += tiles.width) {
+        for (int32_t tileY = startY; static_cast<float>(tileY) < bottom || !vtile;
+             tileY += tiles.height) {
+            FanTile(tiles, tileX, tileY);
+            if (!vtile) break;
+        }
+        if (!htile) break;
+    }
+    return true;
+}
