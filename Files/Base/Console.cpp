@@ -99,3 +99,14 @@ void TErrStreamConsole::Output(const char* format, ...)
     std::memcpy(text_ + length_, piece, size + 1);
     length_ += size;
 }
+
+void Console_DebugMessage(const char* text)
+{
+    constexpr size_t kWhole = 1024, kPiece = 1023;  // longest text in one piece, and of the pieces
+    size_t left = std::strlen(text);
+    if (left > kWhole) {
+        for (; left > kPiece; left -= kPiece, text += kPiece)
+            g_OutputConsole->Output("%.*s", static_cast<int>(kPiece), text);
+    }
+    g_OutputConsole->Output("%s\n", text);
+}

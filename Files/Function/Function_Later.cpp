@@ -1,0 +1,67 @@
+// Families whose features are still to come, as far as the game names their
+// built-ins. A row moves out of here when its function is written.
+
+#include "Files/Function/Function_Later.h"
+
+#include "Files/Base/Error.h"
+
+void NotThereYet(RValue&, CInstance*, CInstance*, int, RValue*)
+{
+    Error_NotThereYet(g_CurrentFunction ? g_CurrentFunction->name : "");
+}
+
+namespace {
+
+constexpr BuiltinRow kParticleRows[] = {
+    {"effect_create_above", NotThereYet, 5},
+};
+
+constexpr BuiltinRow kDSRows[] = {
+    {"ds_exists", NotThereYet, 2},          {"ds_list_create", NotThereYet, 0},
+    {"ds_list_add", NotThereYet, -1},       {"ds_list_destroy", NotThereYet, 1},
+    {"ds_map_create", NotThereYet, 0},      {"ds_map_destroy", NotThereYet, 1},
+    {"ds_map_exists", NotThereYet, 2},      {"ds_map_find_value", NotThereYet, 2},
+    {"ds_map_replace", NotThereYet, 3},     {"ds_map_secure_load", NotThereYet, 1},
+    {"ds_map_secure_save", NotThereYet, 2},
+};
+
+constexpr BuiltinRow kShaderRows[] = {
+    {"steam_get_achievement", NotThereYet, 1},
+    {"steam_set_achievement", NotThereYet, 1},
+};
+
+constexpr BuiltinRow kVexoRows[] = {
+    {"achievement_available", NotThereYet, 0},
+    {"achievement_login", NotThereYet, 0},
+    {"achievement_login_status", NotThereYet, 0},
+    {"achievement_post", NotThereYet, 2},
+    {"achievement_post_score", NotThereYet, 2},
+    {"achievement_show_achievements", NotThereYet, 0},
+    {"achievement_show_leaderboards", NotThereYet, 0},
+    {"url_open", NotThereYet, 1},
+    {"virtual_key_add", NotThereYet, 5},
+    {"virtual_key_delete", NotThereYet, 1},
+};
+
+}  // namespace
+
+void Function_Particle_Register()
+{
+    Function_AddRows(kParticleRows);
+}
+void Function_DS_Register()
+{
+    Function_AddRows(kDSRows);
+}
+void Function_Shaders_Register()
+{
+    Function_AddRows(kShaderRows);
+}
+void Function_Vexo_Register()
+{
+    Function_AddRows(kVexoRows);
+}
+
+// The game names nothing of these two.
+void Function_Buffers_Register() {}
+void Function_Camera_Register() {}
