@@ -133,7 +133,7 @@ TEST(Pages, PlacesNeverOverlapAndFillThePages)
     PageFiller filler;
     std::string error;
     std::vector<std::pair<int, int>> sizes;
-    for (int i = 0; i < 900; ++i) {
+    for (int i = 0; i < 500; ++i) {
         const int width = 8 + static_cast<int>(random() % 120);
         const int height = 8 + static_cast<int>(random() % 120);
         const auto shade = static_cast<uint8_t>(i % 251);
@@ -144,7 +144,7 @@ TEST(Pages, PlacesNeverOverlapAndFillThePages)
 
     std::vector<std::vector<bool>> taken(static_cast<size_t>(filler.PageCount()),
                                          std::vector<bool>(kPageSize * kPageSize));
-    for (int i = 0; i < 900; ++i) {
+    for (int i = 0; i < 500; ++i) {
         const archive::PageEntry& entry = filler.Entry(i);
         ASSERT_GE(entry.page, 0);
         ASSERT_LT(entry.page, filler.PageCount());
