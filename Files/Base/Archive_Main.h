@@ -13,6 +13,7 @@ struct GameHeader {
     VxString fileName, config, name, displayName;
     int32_t lastInstanceId = 0, lastTileId = 0;
     uint32_t gameId = 0;
+    uint8_t guid[16] = {};
     uint32_t major = 0, minor = 0, release = 0, build = 0;
     int32_t defaultWindowWidth = 0, defaultWindowHeight = 0;
     uint32_t infoFlags = 0;

@@ -29,6 +29,7 @@ const VariableRow* Variable_BuiltIn_Row(int32_t row);
 // The two passes: instance rows, then room, view and global rows.
 void Variable_RegisterInstanceRows();  // Files/Variable/Variable_Instance.cpp
 void Variable_RegisterGlobalRows();    // Files/Variable/Variable_Global.cpp
+void Variable_RegisterInputRows();     // Files/Variable/Variable_Input.cpp, part of the second
 
 // ---- the game's variables
 inline constexpr int32_t SCOPE_GLOBAL = -5, SCOPE_INSTANCE = -1, SCOPE_EITHER = -6;
@@ -44,4 +45,5 @@ extern int32_t g_Score, g_Lives;
 extern double g_Health;
 extern bool g_ErrorOccurred;
 extern RValue g_ErrorLast;
+extern int32_t g_AsyncLoad;  // map of the asynchronous event under way, -1 outside one
 void Variable_ResetGame();  // the run state defaults, captions "Score: " and "Lives: "
