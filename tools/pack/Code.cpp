@@ -61,14 +61,14 @@ const char* HandleOf(VariableKind kind)
 
 // ---- Builtins.h
 
-// A way to write a parameter: names also take a number.
+// The ways to write a parameter: names and values also take a number.
 std::vector<std::string> TypesOf(const std::string& type)
 {
     if (type == "real") return {"double"};
     if (type == "int") return {"int32_t"};
     if (type == "bool") return {"bool"};
     if (type == "text") return {"const char*"};
-    if (type == "value") return {"const Value&"};
+    if (type == "value") return {"const Value&", "double"};
     if (type == "target") return {"Target"};
     std::string named = type;
     named[0] = static_cast<char>(named[0] - 'a' + 'A');

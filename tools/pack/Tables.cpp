@@ -38,7 +38,10 @@ int Names::Find(const std::string& name) const
 int Names::Need(const Row& row, const std::string& name, const char* kind) const
 {
     int number = Find(name);
-    if (number < 0) row.Fail(std::string("expected a ") + kind + ", not " + name);
+    if (number < 0) {
+        bool vowel = std::string("aeiou").find(kind[0]) != std::string::npos;
+        row.Fail(std::string("expected a") + (vowel ? "n " : " ") + kind + ", not " + name);
+    }
     return number;
 }
 
