@@ -1,6 +1,9 @@
 // The figures: a step leads from cell to cell. A new direction is chosen only on
 // the grid, and a step that was started always runs on to the next cell.
 
+#include <cstdio>
+#include <initializer_list>
+
 #include "game/Figure.h"
 
 namespace {
@@ -28,8 +31,6 @@ struct Ahead {
     double pointX, pointY;  // the cell beyond, for a box
 };
 
-}  // namespace
-
 // The four ways to go.
 struct Direction {
     const char* pattern;  // for action_move
@@ -38,8 +39,6 @@ struct Direction {
     Pictures walking, pushing;
     Ahead ahead;
 };
-
-namespace {
 
 constexpr Direction up = {"000000010",
                           "cima",

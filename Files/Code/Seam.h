@@ -125,7 +125,13 @@ struct Number {
 struct Text {
     const char* value;
     Here where;
-    Text(const char* text, Here at = Here::current()) : value(text), where(at) {}
+    // Not from a plain 0, which is a number.
+    template <class T>
+    requires(std::is_convertible_v<const T&, const char*> && !std::is_arithmetic_v<T>)
+        Text(const T& text, Here at = Here::current())
+        : value(text), where(at)
+    {
+    }
 };
 
 // An owned value: the result of a built-in or a copy of a variable.
@@ -186,6 +192,7 @@ public:
     }
     void operator=(const Value& value) { Set(value.raw()); }
     void operator=(const VarRef& from) { Set(from.get().raw()); }
+    void operator=(const TargetVar& from);
     void operator+=(Number number) { *this = Number(double(*this) + number.value, number.where); }
     void operator-=(Number number) { *this = Number(double(*this) - number.value, number.where); }
     VarRef operator[](double index) const
@@ -238,6 +245,7 @@ private:
 struct Global {
     int32_t slot;
     VarRef ref() const { return VarRef(g_Global->Slots() + slot, ARRAY_INDEX_NONE); }
+    bool is(const char* text) const { return ref().get().is(text); }
     operator double() const { return REAL_RValue(g_Global->Slots() + slot); }
     explicit operator bool() const { return BOOL_RValue(g_Global->Slots() + slot); }
     template <size_t N>
@@ -266,6 +274,11 @@ struct BuiltinGlobal {
     void operator=(Number number) const { ref() = number; }
     VarRef operator[](double index) const { return ref()[index]; }
 };
+
+inline void VarRef::operator=(const TargetVar& from)
+{
+    Set(from.get().raw());
+}
 
 inline VarRef CInstance::var(InstanceVar variable)
 {

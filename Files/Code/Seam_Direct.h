@@ -35,6 +35,13 @@ void instance_destroy(CInstance* instance, Here line = Here::current());
 void instance_destroy(CInstance* self, Object object, Here line = Here::current());
 bool instance_exists(CInstance* self, Target what, Here line = Here::current());
 
+// ---- the save file; text "section", "key", and the value of an absent key
+void ini_open(const char* name, Here line = Here::current());
+double ini_read_real(const char* section, const char* key, double absent,
+                     Here line = Here::current());
+void ini_write_real(const char* section, const char* key, double value,
+                    Here line = Here::current());
+
 // ---- drawing
 void draw_self(CInstance* self, Here line = Here::current());
 void draw_sprite(CInstance* self, Sprite sprite, double frame, double px, double py,
