@@ -5,6 +5,7 @@
 
 #include "Files/Base/Archive_Records.h"
 #include "Files/Code/CCode.h"
+#include "Files/IO/Ini_Reader.h"
 #include "Platform/MemoryManager.h"
 
 // Settings of the general header and the option block, as the runtime uses them.
@@ -41,7 +42,7 @@ enum OptionBits : uint32_t {
 };
 extern GameHeader g_GameHeader;
 extern GameOptions g_GameOptions;
-extern uint8_t* g_ArchiveBase;  // writable copy or mapping of the whole archive
+extern uint8_t* g_ArchiveBase;  // this run's own writable copy of the whole archive
 extern uint32_t g_ArchiveSize;
 extern VxString g_GamePath;          // the game's file name, or the program's own path
 extern VxString g_WorkingDirectory;  // with its trailing separator
@@ -50,12 +51,31 @@ extern VxString g_WorkingDirectory;  // with its trailing separator
 struct IniOptions {
     bool createTexturesOnDemand = false;
     int32_t vertexBufferMethod = -1;  // -1: not given
+    // Which ways the display may be held.
+    bool orientLandscape = true, orientLandscapeFlipped = true;
+    bool orientPortrait = true, orientPortraitFlipped = true;
 };
 extern IniOptions g_IniOptions;
+// The whole of options.ini, for the modules that read sections of their own; empty
+// when there is no such file.
+const IniText& Archive_OptionsText();
 
 void Archive_Init();
-void Archive_Quit();
-bool RunnerLoadGame(const RunnerData& attachment);  // false after its message: exit code 1
+void Archive_Quit();  // frees the archive and the global instance
+
+// Finds the archive, in the attachment or in the file of the command line, reads
+// options.ini, and checks every record. False after its message box: exit code 1.
+bool RunnerLoadGame(const RunnerData& attachment);
+
+// The two passes over an archive that was checked. One whose stored size is not its
+// real one is not read at all.
 bool LoadGameHeader(uint8_t* archive, uint32_t size);
+// False when a chunk is unknown.
 bool LoadGameData(uint8_t* archive, uint32_t size);
 const char* GetArchiveString(uint32_t offset);  // null for 0
+
+// ---- shared by the units of the loader
+void Archive_ReadIniOptions(const VxString& path);
+void Archive_ReadGeneral(const uint8_t* chunk, uint32_t size);            // into g_GameHeader
+const uint8_t* Archive_RoomOrder(const uint8_t* chunk, uint32_t* count);  // 32-bit words
+void Archive_ReadOptions(const uint8_t* chunk, uint32_t size);
