@@ -104,10 +104,23 @@ private:
         return false;
     }
 
+    // A wall cell with something outside beside it: the ground of the outside lies under
+    // it, so that no light rim of the field shows around the walls.
+    bool Border(int column, int row) const
+    {
+        if (!level_.Wall(column, row)) return false;
+        for (int r = row - 1; r <= row + 1; ++r) {
+            for (int c = column - 1; c <= column + 1; ++c) {
+                if (Outside(c, r)) return true;
+            }
+        }
+        return false;
+    }
+
     void LayGround(int column, int row)
     {
         const char* use = "ground";
-        if (Outside(column, row)) {
+        if (Outside(column, row) || Border(column, row)) {
             use = "outside";
         } else if (Floor(column, row) && Corridor(column, row)) {
             use = "path";
