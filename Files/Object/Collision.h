@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "Files/Object/CInstance.h"
-#include "Platform/MemoryManager.h"
 
 class CSprite;
 
@@ -90,6 +89,3 @@ CInstance* Place_Find(CInstance* self, CInstance* other, float x, float y, int32
 CInstance* Position_Find(CInstance* self, CInstance* other, float x, float y, int32_t target);
 // Aligned to the grid to within 0.001 pixels; a snap of 0 or less passes.
 bool Place_Snapped(const CInstance* self, double hsnap, double vsnap);
-// Every instance at the point, into a reused buffer; valid until the next call.
-const VxVector<CInstance*>& Position_All(float x, float y);
-void Collision_FreeBuffers();

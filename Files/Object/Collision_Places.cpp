@@ -9,8 +9,6 @@ namespace {
 
 constexpr double kAligned = 0.001;  // pixels off the grid that still count as on it
 
-VxVector<CInstance*> g_atPoint;
-
 // Lends an instance to a point for the life of the object.
 class Lent {
 public:
@@ -86,21 +84,6 @@ CInstance* Position_Find(CInstance* self, CInstance* other, float x, float y, in
 {
     return FirstOf(self, other, target,
                    [x, y](CInstance* with) { return CollisionPoint(with, x, y, true); });
-}
-
-const VxVector<CInstance*>& Position_All(float x, float y)
-{
-    g_atPoint.clear();
-    FirstActive([x, y](CInstance* with) {
-        if (with->Alive() && CollisionPoint(with, x, y, true)) g_atPoint.push_back(with);
-        return false;
-    });
-    return g_atPoint;
-}
-
-void Collision_FreeBuffers()
-{
-    VxVector<CInstance*>().swap(g_atPoint);
 }
 
 bool Place_Snapped(const CInstance* self, double hsnap, double vsnap)
