@@ -46,13 +46,9 @@ BUILTIN(F_parameter_count)
 BUILTIN(F_parameter_string)
 {
     const int32_t number = ArgInt(args, argc, 0);
-    const size_t count = g_Switches.parameters.size();
-    if (number == 0)
-        VXCreateString(&result, g_Host.files.ProgramPath().c_str());
-    else if (number > 0 && static_cast<size_t>(number) <= count)
-        VXCreateString(&result, g_Switches.parameters[static_cast<size_t>(number) - 1].c_str());
-    else
-        VXCreateString(&result, "");
+    const bool given = number >= 0 && static_cast<size_t>(number) < g_Switches.parameters.size();
+    VXCreateString(&result,
+                   given ? g_Switches.parameters[static_cast<size_t>(number)].c_str() : "");
 }
 
 BUILTIN(F_environment_get_variable)
