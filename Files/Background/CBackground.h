@@ -13,6 +13,14 @@ public:
     CBackground(const CBackground&) = delete;
     CBackground& operator=(const CBackground&) = delete;
 
+    // Slot of a background made at run time, made from its bitmap on first use; -1
+    // for none.
+    int32_t Texture();
+    void SetBitmap(CBitmap32* picture);  // owned; drops the present picture
+    // A block of width * height pixels 0xAARRGGBB for the caller to free; null when
+    // the picture can't be read.
+    uint32_t* Pixels() const;
+
     const char* name = "";
     bool nameOwned = false;
     int32_t width = 0, height = 0;
@@ -32,3 +40,7 @@ CBackground* Background_Data(int32_t index);
 int32_t Background_Find(const char* name);
 const char* Background_Name(int32_t index);
 int32_t Background_Add(CBackground* background);  // owned
+// Frees a background; its index answers as missing from then on.
+bool Background_Delete(int32_t index);
+// "__newbackground" and the index, as backgrounds made at run time are called.
+void Background_NameNew(int32_t index);
