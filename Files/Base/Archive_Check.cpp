@@ -66,6 +66,7 @@ private:
     void CheckRoomList(const Cursor& record, ArchiveOffset offset, const char* what,
                        uint32_t limit);
     void CheckPageEntries(Cursor& chunk);
+    void CheckStrings(Cursor& chunk);
     void CheckPages(Cursor& chunk);
     void CheckImages(Cursor& chunk);
 
@@ -101,12 +102,15 @@ const Checker::Handler Checker::kHandlers[] = {
     {ArchiveTag("ROOM"), &Checker::CheckRooms},
     {ArchiveTag("TXTR"), &Checker::CheckPages},
     {ArchiveTag("EMBI"), &Checker::CheckImages},
+    {ArchiveTag("STRG"), &Checker::CheckStrings},
 };
 
 bool Checker::Run(std::string* error)
 {
     std::vector<ChunkPlace> chunks;
-    if (FindChunks(&image_, &chunks) && FindPools(chunks)) {
+    const bool whole = FindChunks(&image_, &chunks);
+    std::erase_if(chunks, [](const ChunkPlace& chunk) { return chunk.size == 0; });
+    if (whole && FindPools(chunks)) {
         for (const ChunkPlace& chunk : chunks)
             if (image_.Ok()) CheckChunk(chunk);
         if (image_.Ok()) CheckAcross();
@@ -443,6 +447,15 @@ void Checker::CheckPageEntries(Cursor& chunk)
         record.TakeBytes(1, sizeof(ArchivePageEntry), "a page entry");
     });
     std::sort(entries_.begin(), entries_.end());
+}
+
+void Checker::CheckStrings(Cursor& chunk)
+{
+    EachRecord(chunk, "the list of texts", [](uint32_t, Cursor& record) {
+        const uint64_t size = uint64_t{record.Word("a text's length")} + 1;
+        const uint8_t* text = record.TakeBytes(size, 1, "a text");
+        if (text && text[size - 1] != 0) record.Fail("a text has no end");
+    });
 }
 
 void Checker::CheckPages(Cursor& chunk)

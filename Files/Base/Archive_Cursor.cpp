@@ -124,7 +124,7 @@ bool FindChunks(Image* image, std::vector<ChunkPlace>* chunks)
                         walk.Left());
             break;
         }
-        if (chunk.size != 0) chunks->push_back({chunk.tag, walk.Offset(), chunk.size});
+        chunks->push_back({chunk.tag, walk.Offset(), chunk.size});
         walk.TakeBytes(chunk.size, 1, "a chunk's body");
     }
     return image->Ok();

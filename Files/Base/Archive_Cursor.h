@@ -119,9 +119,9 @@ uint32_t EachRecord(Cursor& list, const char* what, Visit visit)
     return EachRecord(list, what, visit, [](uint32_t) {});
 }
 
-// The chunks of an archive in their order, without those of size 0. False, with a
-// fault in the image, when the stored size of the whole is not the real one or a
-// chunk leads outside.
+// The chunks of an archive in their order. False, with a fault in the image, when the
+// stored size of the whole is not the real one or a chunk leads outside. A reader
+// passes over chunks of size 0, whatever their tag.
 struct ChunkPlace {
     uint32_t tag;
     uint32_t offset;  // of the body

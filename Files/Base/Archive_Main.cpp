@@ -306,6 +306,7 @@ void Archive_Quit()
     g_Global = nullptr;
     Code_Variable_Init(0, 0);
     Path_Quit();
+    TimeLine_Quit();
     g_GameHeader = GameHeader{};
     g_GameOptions = GameOptions{};
     g_StartDrawColour = kBlackOpaque;

@@ -97,7 +97,7 @@ bool Reader::Run(std::string* error)
     FindChunks(&image_, &chunks);
     for (const ChunkPlace& chunk : chunks)
         for (const Handler& handler : kHandlers)
-            if (handler.tag == chunk.tag) {
+            if (handler.tag == chunk.tag && chunk.size != 0) {
                 Cursor cursor(&image_, chunk.tag, chunk.offset, chunk.offset + chunk.size);
                 (this->*handler.read)(cursor);
             }
