@@ -7,6 +7,7 @@
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Draw_State.h"
 #include "Files/IO/IO.h"
+#include "Files/IO/Ini_File.h"
 #include "Files/Object/Collision.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
@@ -169,4 +170,22 @@ void game_end(Here line)
 {
     Frame::Line(line);
     New_Room = ROOM_END_GAME;
+}
+
+void ini_open(const char* name, Here line)
+{
+    Frame::Line(line);
+    Ini_Open(name);
+}
+
+double ini_read_real(const char* section, const char* key, double absent, Here line)
+{
+    Frame::Line(line);
+    return Ini_ReadReal(section, key, absent);
+}
+
+void ini_write_real(const char*, const char*, double, Here line)
+{
+    Frame::Line(line);
+    Error_NotThereYet("ini_write_real");
 }
