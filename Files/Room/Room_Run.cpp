@@ -74,7 +74,6 @@ void BringInCarried()
             Instance_AddId(instance);
         }
         instance->physics = nullptr;
-        instance->changedFrom = nullptr;
         instance->carried = true;
     }
     Room_DropCarried();

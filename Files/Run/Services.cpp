@@ -80,6 +80,7 @@ void Services_PostGamepads()
 void Services_LoadSavedGame()
 {
     Serve(ServicePlace::LoadGame);
+    s_LoadFile[0] = 0;
 }
 void Services_ApplySavedState()
 {
