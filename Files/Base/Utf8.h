@@ -35,7 +35,7 @@ inline int Utf8_Put(uint32_t point, char* out)
     }
     const int more = point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
     for (int i = more; i > 0; --i, point >>= 6) out[i] = static_cast<char>(0x80 | (point & 0x3F));
-    out[0] = static_cast<char>((0xF00 >> more & 0xFF) | point);
+    out[0] = static_cast<char>((0xFF00 >> (more + 1) & 0xFF) | point);
     return more + 1;
 }
 

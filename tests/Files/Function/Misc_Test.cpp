@@ -1,0 +1,67 @@
+#include "Files/Base/VXObjectBase.h"
+#include "tests/Files/Function/support_Builtins.h"
+
+namespace {
+
+TEST_F(BuiltinsTest, MessagesAndReports)
+{
+    Call("show_debug_message", {"Fase 1"});
+    Call("show_debug_message", {2.5});
+    EXPECT_EQ(Lines(), (std::vector<std::string>{"Fase 1\n", "2.50\n"}));
+    Lines().clear();
+    Call("show_error", {"lost the map", 0.0});
+    ExpectReport("lost the map");
+    Call("show_error", {"lost the map", 1.0});
+    EXPECT_EQ(New_Room, ROOM_STOP);
+    ExpectReport("lost the map", true);
+    EXPECT_EQ(Exits(), 0) << "the game ends in its own way";
+}
+
+TEST_F(BuiltinsTest, WhatIsNotBuiltYetSaysSo)
+{
+    const RValue result = Call("ds_map_create");
+    EXPECT_EQ(result.Kind(), VALUE_UNDEFINED);
+    ExpectReport("ds_map_create is not there yet");
+}
+
+TEST_F(BuiltinsTest, ParametersCountTheProgram)
+{
+    for (const char* token : {"marlowick", "-headless", "-record", "keys.bin"})
+        g_Switches.parameters.push_back(token);
+    EXPECT_EQ(Number("parameter_count"), 4);
+    EXPECT_EQ(Text("parameter_string", {3.0}), "keys.bin");
+    EXPECT_EQ(Text("parameter_string", {0.0}), "marlowick");
+    EXPECT_EQ(Text("parameter_string", {4.0}), "");
+    EXPECT_EQ(Text("parameter_string", {-1.0}), "");
+}
+
+TEST_F(BuiltinsTest, GlobalsByName)
+{
+    VXObjectBase globals(3);
+    g_Global = &globals;
+    Code_Variable_Init(3, 0);
+    Code_Variable_Register("musica", SCOPE_GLOBAL, 2);
+    EXPECT_EQ(Number("variable_global_exists", {"musica"}), 0);
+    EXPECT_EQ(Call("variable_global_get", {"musica"}).Kind(), VALUE_UNDEFINED);
+    Call("variable_global_set", {"musica", "alta"});
+    EXPECT_STREQ(VXGetText(globals.Slots() + 2), "alta");
+    EXPECT_EQ(Text("variable_global_get", {"musica"}), "alta");
+    EXPECT_EQ(Number("variable_global_exists", {"musica"}), 1);
+    Call("variable_global_set", {"nobody", 1.0});
+    EXPECT_EQ(Number("variable_global_exists", {"nobody"}), 0);
+    Code_Variable_Init(0, 0);
+    g_Global = nullptr;
+}
+
+TEST_F(BuiltinsTest, WithoutSoundAndPads)
+{
+    EXPECT_EQ(Number("audio_is_playing", {0.0}), 0);
+    EXPECT_EQ(Number("audio_is_paused", {0.0}), 0);
+    EXPECT_EQ(Text("audio_get_name", {-1.0}), "<undefined>");
+    Call("gamepad_set_axis_deadzone", {0.0, 0.5});
+    EXPECT_EQ(Number("gamepad_axis_value", {0.0, double(0x8011)}), 0);
+    EXPECT_EQ(Number("gamepad_button_check", {0.0, double(0x8001)}), 0);
+    EXPECT_TRUE(Reports().empty());
+}
+
+}  // namespace
