@@ -27,14 +27,14 @@ bool TileBefore(const CTile& a, const CTile& b)
 
 void DrawBackground(const CRoomBackground& shown)
 {
-    const CBackground* background = Background_Data(shown.index);
+    CBackground* background = Background_Data(shown.index);
     if (!background) return;
     const auto colour = static_cast<uint32_t>(shown.blend);
     if (background->entry)
         Quad_EntryTiled(background->entry, 0, 0, shown.x, shown.y, shown.xscale, shown.yscale,
                         shown.htiled, shown.vtiled, colour, shown.alpha);
     else
-        Quad_TextureTiled(background->texture, 0, 0, shown.x, shown.y, shown.xscale, shown.yscale,
+        Quad_TextureTiled(background->Texture(), 0, 0, shown.x, shown.y, shown.xscale, shown.yscale,
                           shown.htiled, shown.vtiled, colour, shown.alpha);
 }
 
@@ -54,7 +54,7 @@ bool TileMeets(const CTile& tile, const DrawRect& rect)
 
 void DrawTile(const CTile& tile, const DrawRect& rect)
 {
-    const CBackground* background = Background_Data(tile.backgroundIndex);
+    CBackground* background = Background_Data(tile.backgroundIndex);
     if (!background || !TileMeets(tile, rect)) return;
     const auto left = static_cast<float>(tile.sourceX), top = static_cast<float>(tile.sourceY);
     const auto width = static_cast<float>(tile.width), height = static_cast<float>(tile.height);
@@ -63,8 +63,8 @@ void DrawTile(const CTile& tile, const DrawRect& rect)
         Quad_EntryPart(background->entry, left, top, width, height, tile.x, tile.y, tile.xscale,
                        tile.yscale, 0, colour, tile.alpha);
     else
-        Quad_TexturePart(background->texture, left, top, width, height, tile.x, tile.y, tile.xscale,
-                         tile.yscale, 0, colour, tile.alpha);
+        Quad_TexturePart(background->Texture(), left, top, width, height, tile.x, tile.y,
+                         tile.xscale, tile.yscale, 0, colour, tile.alpha);
 }
 
 // The three cursors of the merge. Draw events may add and remove tiles, so the tile
