@@ -139,3 +139,49 @@ void Device_PrimitiveVertices(DevicePrimitive primitive, int32_t n, int32_t inde
     index[1] = turned ? first + 2 : first + 1;
     index[2] = turned ? first + 1 : first + 2;
 }
+
+DeviceCull Device_CullOf(uint32_t value)
+{
+    const auto cull = static_cast<DeviceCull>(value);
+    const bool turns = cull == DeviceCull::Clockwise || cull == DeviceCull::CounterClockwise;
+    return turns ? cull : DeviceCull::None;
+}
+
+void Device_DefaultStates(uint32_t render[STATE_COUNT],
+                          uint32_t sampler[kDeviceStages][SAMPLER_COUNT])
+{
+    constexpr uint32_t kFillSolid = 3;
+    const struct {
+        int32_t state;
+        uint32_t value;
+    } kDefaults[] = {
+        {STATE_FILL_MODE, kFillSolid},
+        {STATE_SHADE_MODE, static_cast<uint32_t>(DeviceShade::Gouraud)},
+        {STATE_Z_WRITE, 1},
+        {STATE_SRC_BLEND, static_cast<uint32_t>(DeviceBlend::SrcAlpha)},
+        {STATE_DEST_BLEND, static_cast<uint32_t>(DeviceBlend::InvSrcAlpha)},
+        {STATE_CULL_MODE, static_cast<uint32_t>(DeviceCull::None)},
+        {STATE_Z_FUNC, static_cast<uint32_t>(DeviceCompare::LessEqual)},
+        {STATE_ALPHA_FUNC, static_cast<uint32_t>(DeviceCompare::Greater)},
+        {STATE_ALPHA_BLEND, 1},
+        {STATE_COLOUR_WRITE, 15},
+        {STATE_STENCIL_FAIL, static_cast<uint32_t>(DeviceStencil::Keep)},
+        {STATE_STENCIL_ZFAIL, static_cast<uint32_t>(DeviceStencil::Keep)},
+        {STATE_STENCIL_PASS, static_cast<uint32_t>(DeviceStencil::Keep)},
+        {STATE_STENCIL_FUNC, static_cast<uint32_t>(DeviceCompare::Always)},
+        {STATE_STENCIL_MASK, 0xFFFFFFFF},
+        {STATE_STENCIL_WRITE_MASK, 0xFFFFFFFF},
+    };
+    std::memset(render, 0, sizeof(uint32_t) * STATE_COUNT);
+    for (const auto& row : kDefaults) render[row.state] = row.value;
+    for (int32_t stage = 0; stage < kDeviceStages; stage++) {
+        std::memset(sampler[stage], 0, sizeof(sampler[stage]));
+        sampler[stage][SAMPLER_MAG] = sampler[stage][SAMPLER_MIN] = 1;
+    }
+}
+
+uint32_t Device_From4444(uint32_t word)
+{
+    const auto nibble = [&](int32_t shift) { return ((word >> shift) & 15) * 17; };
+    return nibble(0) | (nibble(4) << 8) | (nibble(8) << 16) | (nibble(12) << 24);
+}

@@ -41,6 +41,13 @@ bool Device_TransformVertex(const DeviceTransform& transform, const uint8_t* ver
 // Four corners of the parallelogram that covers a line's pixels; false for no pixel.
 bool Device_LineCorners(const ScreenVertex& from, const ScreenVertex& to, ScreenVertex out[4]);
 void Device_PointCorners(const ScreenVertex& point, ScreenVertex out[4]);
+DeviceCull Device_CullOf(uint32_t value);  // unknown values cull nothing
+// The states of a fresh device, the same as the runtime's own.
+void Device_DefaultStates(uint32_t render[STATE_COUNT],
+                          uint32_t sampler[kDeviceStages][SAMPLER_COUNT]);
+inline constexpr float kDeviceIdentity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+// A pixel of 4 bits a channel as one of 8, 0xAARRGGBB.
+uint32_t Device_From4444(uint32_t word);
 // Separate primitives in `count` vertices.
 int32_t Device_PrimitiveCount(DevicePrimitive primitive, int32_t count);
 // Vertex numbers of the n-th line of a list or strip, or triangle of a list, strip

@@ -114,12 +114,6 @@ uint32_t* PixelAt(const SoftTexture* texture, int32_t x, int32_t y)
     return texture->pixels + static_cast<int64_t>(y) * texture->width + x;
 }
 
-uint32_t From4444(uint32_t word)
-{
-    const auto nibble = [&](int32_t shift) { return ((word >> shift) & 15) * 17; };
-    return nibble(0) | (nibble(4) << 8) | (nibble(8) << 16) | (nibble(12) << 24);
-}
-
 bool UpdateTexture(DeviceTexture* handle, const DeviceRect& area, const void* pixels, int32_t pitch)
 {
     SoftTexture* texture = AsSoft(handle);
@@ -136,7 +130,7 @@ bool UpdateTexture(DeviceTexture* handle, const DeviceRect& area, const void* pi
         for (size_t x = 0; x < columns; x++) {
             uint16_t word;
             std::memcpy(&word, row + x * 2, sizeof(word));
-            to[x] = From4444(word);
+            to[x] = Device_From4444(word);
         }
     }
     return true;
@@ -266,38 +260,10 @@ void Clear(uint32_t flags, uint32_t colour, float depth, uint32_t stencil)
     ClearDepth(g_Soft->target[0], flags, depth, stencil);
 }
 
-// The device's own values before the runtime sets its own.
 void SetDefaults()
 {
-    const struct {
-        int32_t state;
-        uint32_t value;
-    } kDefaults[] = {
-        {STATE_FILL_MODE, 3},
-        {STATE_SHADE_MODE, static_cast<uint32_t>(DeviceShade::Gouraud)},
-        {STATE_Z_WRITE, 1},
-        {STATE_SRC_BLEND, static_cast<uint32_t>(DeviceBlend::SrcAlpha)},
-        {STATE_DEST_BLEND, static_cast<uint32_t>(DeviceBlend::InvSrcAlpha)},
-        {STATE_CULL_MODE, static_cast<uint32_t>(DeviceCull::None)},
-        {STATE_Z_FUNC, static_cast<uint32_t>(DeviceCompare::LessEqual)},
-        {STATE_ALPHA_FUNC, static_cast<uint32_t>(DeviceCompare::Greater)},
-        {STATE_ALPHA_BLEND, 1},
-        {STATE_COLOUR_WRITE, 15},
-        {STATE_STENCIL_FAIL, static_cast<uint32_t>(DeviceStencil::Keep)},
-        {STATE_STENCIL_ZFAIL, static_cast<uint32_t>(DeviceStencil::Keep)},
-        {STATE_STENCIL_PASS, static_cast<uint32_t>(DeviceStencil::Keep)},
-        {STATE_STENCIL_FUNC, static_cast<uint32_t>(DeviceCompare::Always)},
-        {STATE_STENCIL_MASK, 0xFFFFFFFF},
-        {STATE_STENCIL_WRITE_MASK, 0xFFFFFFFF},
-    };
-    std::memset(g_Soft->render, 0, sizeof(g_Soft->render));
-    for (const auto& row : kDefaults) g_Soft->render[row.state] = row.value;
-    for (auto& sampler : g_Soft->sampler) {
-        std::memset(sampler, 0, sizeof(sampler));
-        sampler[SAMPLER_MAG] = sampler[SAMPLER_MIN] = 1;
-    }
-    constexpr float kIdentity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-    for (auto& matrix : g_Soft->matrix) std::memcpy(matrix, kIdentity, sizeof(matrix));
+    Device_DefaultStates(g_Soft->render, g_Soft->sampler);
+    for (auto& matrix : g_Soft->matrix) std::memcpy(matrix, kDeviceIdentity, sizeof(matrix));
     g_Soft->modulate = true;
 }
 

@@ -233,7 +233,7 @@ void Soft_PrepareDraw(SoftDraw& draw)
     draw.right = within(static_cast<int64_t>(view.x) + view.width, target->width);
     draw.bottom = within(static_cast<int64_t>(view.y) + view.height, target->height);
     draw.flatShade = soft.render[STATE_SHADE_MODE] == static_cast<uint32_t>(DeviceShade::Flat);
-    draw.cull = static_cast<DeviceCull>(soft.render[STATE_CULL_MODE]);
+    draw.cull = Device_CullOf(soft.render[STATE_CULL_MODE]);
     PrepareBlend(draw, soft.render);
     PrepareDepth(draw, soft.render, target);
     PrepareTexture(draw, target);

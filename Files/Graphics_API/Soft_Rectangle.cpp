@@ -21,8 +21,6 @@ struct Axis {
     bool wrap;
 
     int64_t At(int32_t pixel) const { return Soft_PlaneAt(plane, pixel, 0); }
-    // In 1/256 texel, the nearest, counted from texel centres.
-    int64_t TapAt(int32_t pixel) const { return ((At(pixel) >> 16) - 32768 + 128) >> 8; }
 };
 
 Axis MakeAxis(int64_t from, int64_t to, int32_t start, int32_t end, int32_t size, bool wrap)
@@ -50,14 +48,14 @@ bool SideBySide(const Job& job, int32_t left, int32_t count, int32_t* first)
 {
     int64_t start, end;
     if (job.linear) {
-        start = job.columns.TapAt(left);
-        end = job.columns.TapAt(left + count - 1);
+        start = Soft_TapOf(job.columns.At(left));
+        end = Soft_TapOf(job.columns.At(left + count - 1));
         if ((start & 255) || (end & 255)) return false;
         start >>= 8;
         end >>= 8;
     } else {
         if (job.columns.plane.stepX != int64_t{1} << 32) return false;
-        start = job.columns.At(left) >> 32;
+        start = Soft_TexelOf(job.columns.At(left));
         end = start + count - 1;
     }
     *first = static_cast<int32_t>(start);
@@ -71,7 +69,7 @@ bool MakeColumns(const Job& job, int32_t left, int32_t count, SoftColumn* out)
     bool beside = axis.size > 1;
     int64_t at = axis.At(left);
     for (int32_t i = 0; i < count; i++, at += axis.plane.stepX) {
-        const int64_t tap = ((at >> 16) - 32768 + 128) >> 8;
+        const int64_t tap = Soft_TapOf(at);
         const auto fraction = static_cast<uint16_t>(tap & 255);
         SoftColumn column = {Soft_Address(tap >> 8, axis.size, axis.wrap),
                              Soft_Address((tap >> 8) + 1, axis.size, axis.wrap),
@@ -120,10 +118,11 @@ void PointStrip(const Job& job, int32_t left, int32_t count)
     int32_t first = 0;
     const bool direct = SideBySide(job, left, count, &first);
     for (int32_t i = 0; i < count && !direct; i++)
-        scratch.columns[i].first =
-            Soft_Address(job.columns.At(left + i) >> 32, job.columns.size, job.columns.wrap);
+        scratch.columns[i].first = Soft_Address(Soft_TexelOf(job.columns.At(left + i)),
+                                                job.columns.size, job.columns.wrap);
     for (int32_t y = job.top; y < job.bottom; y++) {
-        const int32_t row = Soft_Address(job.rows.At(y) >> 32, job.rows.size, job.rows.wrap);
+        const int32_t row =
+            Soft_Address(Soft_TexelOf(job.rows.At(y)), job.rows.size, job.rows.wrap);
         const uint32_t* texels = TexelRow(job.draw, row);
         if (direct) {
             Finish(job, left, y, texels + first, count);
@@ -170,7 +169,7 @@ void LinearStrip(const Job& job, int32_t left, int32_t count)
     alignas(StretchedRows) unsigned char room[sizeof(StretchedRows)];
     StretchedRows* stretched = nullptr;
     for (int32_t y = job.top; y < job.bottom; y++) {
-        const int64_t tap = job.rows.TapAt(y);
+        const int64_t tap = Soft_TapOf(job.rows.At(y));
         const auto fraction = static_cast<int32_t>(tap & 255);
         const int32_t above = Soft_Address(tap >> 8, job.rows.size, job.rows.wrap);
         if (direct && fraction == 0) {

@@ -135,6 +135,17 @@ int64_t Soft_PlaneAt(const SoftPlane& plane, int32_t x, int32_t y);
 void Soft_Triangle(SoftDraw& draw, const ScreenVertex& a, const ScreenVertex& b,
                    const ScreenVertex& c);
 void Soft_Rectangle(const SoftDraw& draw, SoftRectangle rectangle);
+// The texel that holds a plane's value. On a border, where rounding of the steps may
+// leave a hair too little, it is the next one.
+inline int64_t Soft_TexelOf(int64_t value)
+{
+    return (value + 32768) >> 32;
+}
+// A plane's value in 1/256 texel, the nearest, counted from texel centres.
+inline int64_t Soft_TapOf(int64_t value)
+{
+    return ((value >> 16) - 32768 + 128) >> 8;
+}
 // Texel number within 0 to size - 1.
 int32_t Soft_Address(int64_t texel, int32_t size, bool wrap);
 

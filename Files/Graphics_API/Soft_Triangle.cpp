@@ -127,20 +127,14 @@ Shading MakeShading(SoftDraw& draw, const Setup& setup)
 
 uint32_t PointTexel(const SoftDraw& draw, int64_t u, int64_t v)
 {
-    const int32_t x = Soft_Address(u >> 32, draw.texWidth, draw.wrapU);
-    const int32_t y = Soft_Address(v >> 32, draw.texHeight, draw.wrapV);
+    const int32_t x = Soft_Address(Soft_TexelOf(u), draw.texWidth, draw.wrapU);
+    const int32_t y = Soft_Address(Soft_TexelOf(v), draw.texHeight, draw.wrapV);
     return draw.texels[static_cast<int64_t>(y) * draw.texPitch + x];
-}
-
-// To 1/256 texel, the nearest, counted from texel centres.
-inline int64_t ToTap(int64_t value)
-{
-    return ((value >> 16) - 32768 + 128) >> 8;
 }
 
 uint32_t LinearTexel(const SoftDraw& draw, int64_t u, int64_t v)
 {
-    const int64_t tapX = ToTap(u), tapY = ToTap(v);
+    const int64_t tapX = Soft_TapOf(u), tapY = Soft_TapOf(v);
     const int64_t left = tapX >> 8, top = tapY >> 8;
     const int32_t x0 = Soft_Address(left, draw.texWidth, draw.wrapU);
     const int32_t x1 = Soft_Address(left + 1, draw.texWidth, draw.wrapU);

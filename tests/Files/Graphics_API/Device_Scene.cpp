@@ -1,5 +1,6 @@
 #include "tests/Files/Graphics_API/Device_Scene.h"
 
+#include <cmath>
 #include <cstring>
 
 #include "Host/Host.h"
@@ -149,6 +150,33 @@ void Scene::Random(uint32_t seed)
         device_.SetTexture(0, textures[random() % 3]);
         RandomStates(random);
         RandomShape(random);
+    }
+}
+
+void Scene::Sprites(uint32_t seed)
+{
+    std::mt19937 random(seed);
+    const auto real = [&](double low, double high) {
+        return low + (high - low) * static_cast<double>(random()) / 4294967296.0;
+    };
+    Pixels smooth(48 * 48);
+    for (uint32_t i = 0; i < smooth.size(); i++) {
+        const uint32_t x = i % 48, y = i / 48;
+        smooth[i] = ((x * 5) << 24) | ((y * 5) << 16) | ((255 - x * 5) << 8) | (x * 2 + y * 2);
+    }
+    device_.SetTexture(0, Texture(48, 48, smooth));
+    for (int32_t i = 0; i < 30; i++) {
+        Filter(i % 3 != 0, i % 2 == 0);
+        Blend(DeviceBlend::SrcAlpha, i % 5 == 0 ? DeviceBlend::One : DeviceBlend::InvSrcAlpha);
+        const double x = real(0, width_), y = real(0, height_), angle = real(0, 6.28);
+        const double half = i % 4 == 0 ? 24 : real(4, 60);
+        const double c = i % 4 == 0 ? 1 : std::cos(angle), s = i % 4 == 0 ? 0 : std::sin(angle);
+        const auto corner = [&](double u, double v) {
+            const double px = (u * 2 - 1) * half, py = (v * 2 - 1) * half;
+            return At(x + c * px + s * py, y - s * px + c * py, 0xC0FFE0A0, u, v);
+        };
+        const VertexTextured a = corner(0, 0), b = corner(1, 0), e = corner(1, 1), d = corner(0, 1);
+        Send(DevicePrimitive::TriangleList, {a, b, e, e, d, a});
     }
 }
 

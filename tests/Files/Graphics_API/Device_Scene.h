@@ -42,6 +42,9 @@ public:
     uint32_t Pixel(int32_t x, int32_t y);
     // 60 shapes with textures, filters, blends, tests and masks drawn by `seed`.
     void Random(uint32_t seed);
+    // What a game draws, smooth textures turned, scaled, tinted and blended, so that
+    // two devices can be compared within a tolerance.
+    void Sprites(uint32_t seed);
 
 private:
     void RandomStates(std::mt19937& random);
