@@ -186,7 +186,9 @@ MaskView::MaskView(const CInstance& instance, CSprite& sprite, float leastAngle)
       yscale_(instance.image_yscale)
 {
     if (instance.image_angle == 0 || std::fabs(instance.image_angle) < leastAngle) return;
-    const double angle = static_cast<double>(instance.image_angle) * kDegree;
+    // Counter-clockwise with y growing downward is the negative sense of the sums below,
+    // so that the mask turns the way the box and the picture do.
+    const double angle = -static_cast<double>(instance.image_angle) * kDegree;
     sine_ = static_cast<float>(std::sin(angle));
     cosine_ = static_cast<float>(std::cos(angle));
 }
