@@ -38,6 +38,9 @@ constexpr uint32_t kBlackOpaque = 0xFF000000U;
 
 // ---- finding the archive
 
+// The block of RunnerLoadGame; the passes can be given others.
+uint8_t* g_block = nullptr;
+
 void RefuseGame(const char* text)
 {
     g_Host.dialogs.MessageBox("Error", text);
@@ -64,20 +67,20 @@ bool TakeArchive(const RunnerData& attachment)
 {
     if (attachment.archive) {
         g_ArchiveSize = attachment.archiveSize;
-        g_ArchiveBase = static_cast<uint8_t*>(MemoryManager::Alloc(size_t{g_ArchiveSize} + 1));
-        std::memcpy(g_ArchiveBase, attachment.archive, g_ArchiveSize);
-        return true;
+        g_block = static_cast<uint8_t*>(MemoryManager::Alloc(size_t{g_ArchiveSize} + 1));
+        std::memcpy(g_block, attachment.archive, g_ArchiveSize);
+    } else if (!g_GamePath.empty()) {
+        g_block = g_Host.files.ReadAll(g_GamePath.c_str(), &g_ArchiveSize);
+        if (!g_block) g_ErrorConsole->Output("FAILED to load File %s\n", g_GamePath.c_str());
     }
-    if (g_GamePath.empty()) return false;
-    g_ArchiveBase = g_Host.files.ReadAll(g_GamePath.c_str(), &g_ArchiveSize);
-    if (!g_ArchiveBase) g_ErrorConsole->Output("FAILED to load File %s\n", g_GamePath.c_str());
-    return g_ArchiveBase != nullptr;
+    g_ArchiveBase = g_block;
+    return g_block != nullptr;
 }
 
 void DropArchive()
 {
-    MemoryManager::Free(g_ArchiveBase);
-    g_ArchiveBase = nullptr;
+    MemoryManager::Free(g_block);
+    g_block = g_ArchiveBase = nullptr;
     g_ArchiveSize = 0;
 }
 
@@ -317,6 +320,7 @@ void Archive_Quit()
 
 bool RunnerLoadGame(const RunnerData& attachment)
 {
+    DropArchive();
     g_RunnerData = attachment;
     g_GamePath = attachment.archive ? g_Host.files.ProgramPath() : g_Switches.game;
     g_WorkingDirectory = FolderOf(g_GamePath.empty() ? g_Host.files.ProgramPath() : g_GamePath);
