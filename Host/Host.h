@@ -144,6 +144,24 @@ struct HostDialogTable {
     bool (*OpenUrl)(const char* url);
 };
 
+// A failed assertion, or a fault of the processor.
+struct HostFault {
+    bool assertion;
+    uint32_t code;        // of a fault: the system's number of it
+    const void* address;  // of a fault
+    const char* text;     // of an assertion, like its file and its function
+    const char* file;
+    int32_t line;
+    const char* function;
+};
+using HostFaultHandler = void (*)(const HostFault& fault);
+
+struct HostProcessTable {
+    // From now on a fault calls `handler`, and the process then ends with exit code 1;
+    // null gives faults back to the system.
+    void (*CatchFaults)(HostFaultHandler handler);
+};
+
 struct Host {
     const char* name;
     bool headlessWindow;  // the stage: no picture reaches a screen
@@ -151,6 +169,7 @@ struct Host {
     HostClockTable clock;
     HostFilesTable files;
     HostDialogTable dialogs;
+    HostProcessTable process;
 };
 
 extern Host g_Host;

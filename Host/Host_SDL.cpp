@@ -29,7 +29,7 @@ bool StartVideo()
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     if (SDL_Init(SDL_INIT_VIDEO) == 0) return true;
     g_window.error = VxString("No display can be reached (") + SDL_GetError() +
-                     "). Set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
+                     "): set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
     return false;
 }
 
@@ -294,5 +294,6 @@ void Host_UseSDL()
                 .CloseStream = posix::CloseStream,
             },
         .dialogs = sdl::kDialogTable,
+        .process = {.CatchFaults = posix::CatchFaults},
     };
 }

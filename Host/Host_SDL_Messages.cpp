@@ -39,6 +39,7 @@ void QueueKey(const SDL_KeyboardEvent& event)
     message.repeat = event.repeat != 0;
     message.extended = IsExtended(event.keysym);
     message.system = (event.keysym.mod & KMOD_ALT) != 0;
+    g_sentKeys[message.key] = false;
     Queue(message);
     // SDL's text events leave control characters out; the runtime's string wants them.
     const bool control =
@@ -76,6 +77,17 @@ void QueueText(const char* text)
     while (*text) text += QueueCharacter(text);
 }
 
+// The lock that a key toggles, or none.
+int LockOf(int32_t key)
+{
+    return key == 20 ? KMOD_CAPS : key == 144 ? KMOD_NUM : key == 145 ? KMOD_SCROLL : KMOD_NONE;
+}
+
+void Toggle(int32_t key)
+{
+    SDL_SetModState(static_cast<SDL_Keymod>(SDL_GetModState() ^ LockOf(key)));
+}
+
 int32_t ButtonNumber(Uint8 button)
 {
     return button == SDL_BUTTON_LEFT     ? 1
@@ -98,7 +110,7 @@ void QueueWindow(const SDL_WindowEvent& event)
 {
     HostMessage message;
     switch (event.event) {
-        case SDL_WINDOWEVENT_SIZE_CHANGED:
+        case SDL_WINDOWEVENT_RESIZED:  // by the user or the desktop, not by the program
             message = Make(HostMessageType::Size);
             message.width = event.data1;
             message.height = event.data2;
@@ -185,6 +197,7 @@ void SendKey(int32_t key, bool down)
     message.key = key;
     message.repeat = down && g_sentKeys[key];
     g_sentKeys[key] = down;
+    if (down && !message.repeat) Toggle(key);
     Queue(message);
 }
 
@@ -200,9 +213,7 @@ bool KeyState(int32_t key)
 
 bool KeyToggled(int32_t key)
 {
-    const SDL_Keymod mod = SDL_GetModState();
-    return (key == 20 && (mod & KMOD_CAPS)) || (key == 144 && (mod & KMOD_NUM)) ||
-           (key == 145 && (mod & KMOD_SCROLL));
+    return (SDL_GetModState() & LockOf(key)) != 0;
 }
 
 void ForgetMessages()

@@ -53,6 +53,14 @@ bool Create(const HostWindowRequest& request)
     return true;
 }
 
+// What still waits for the window goes with it.
+void Destroy()
+{
+    S().exists = S().shown = false;
+    S().queue.clear();
+    S().queueHead = 0;
+}
+
 bool NextMessage(HostMessage* message)
 {
     StageState& stage = S();
@@ -130,7 +138,7 @@ HostErrorChoice ErrorDialog(const char*, const char* text, bool)
 
 const HostWindowTable kWindow = {
     .Create = Create,
-    .Destroy = [] { S().exists = false; },
+    .Destroy = Destroy,
     .Exists = [] { return S().exists; },
     .LastError = []() -> const char* { return ""; },
     .Show = [] { S().shown = true; },
@@ -213,12 +221,15 @@ const HostDialogTable kDialogs = {
     .OpenUrl = [](const char*) { return true; },
 };
 
+// A fault on the stage is one of the test's: it belongs to the debugger.
+const HostProcessTable kProcess = {.CatchFaults = [](HostFaultHandler) {}};
+
 }  // namespace
 
 void Host_UseStage()
 {
     S();
-    g_Host = Host{"stage", true, kWindow, kClock, kFiles, kDialogs};
+    g_Host = Host{"stage", true, kWindow, kClock, kFiles, kDialogs, kProcess};
 }
 
 void Stage_Reset()

@@ -186,7 +186,11 @@ const char* LastError()
 void* OpenStream(const char* path, const char* mode)
 {
     FILE* file = fopen(path, mode);
-    if (!file) Fail();
+    if (!file) {
+        Fail();
+        return nullptr;
+    }
+    setvbuf(file, nullptr, _IONBF, 0);  // a recording is whole up to the frame that crashed
     return file;
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// Files and clock of a POSIX system, shared by both backends.
+// Files, clock and faults of a POSIX system, shared by both backends.
 
 #include "Host/Host.h"
 
@@ -33,5 +33,7 @@ int64_t Micros();
 void Block(int32_t millis);
 HostLocalTime LocalTime();
 int64_t UnixSeconds();
+
+void CatchFaults(HostFaultHandler handler);
 
 }  // namespace posix

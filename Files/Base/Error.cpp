@@ -152,7 +152,10 @@ void Error_Fatal(const char* format, ...)
     std::vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
     Error_Show(message, true);
-    Error_Exit(1);
+    if (g_LaunchedByPlayer)
+        New_Room = ROOM_END_GAME;
+    else
+        Error_Exit(1);
 }
 
 void Error_Showf(const char* format, ...)

@@ -263,7 +263,7 @@ int32_t Smaller(int32_t a, int32_t b)
 }
 
 // Eight numbers a monitor: the overlap with the rectangle, then the monitor, each as
-// left, top, right, bottom.
+// left, top, right, bottom. An overlap of nothing is four times 0.
 BUILTIN(window_get_visible_rects)
 {
     const int32_t left = VXGetInt32(args, 0), top = VXGetInt32(args, 1);
@@ -273,14 +273,16 @@ BUILTIN(window_get_visible_rects)
     for (int32_t i = 0; i < g_Host.window.MonitorCount(); ++i) {
         const HostRect monitor = g_Host.window.Monitor(i);
         const int32_t farX = monitor.x + monitor.width, farY = monitor.y + monitor.height;
-        const int32_t numbers[8] = {Larger(left, monitor.x),
-                                    Larger(top, monitor.y),
-                                    Smaller(right, farX),
-                                    Smaller(bottom, farY),
-                                    monitor.x,
-                                    monitor.y,
-                                    farX,
-                                    farY};
+        int32_t numbers[8] = {Larger(left, monitor.x),
+                              Larger(top, monitor.y),
+                              Smaller(right, farX),
+                              Smaller(bottom, farY),
+                              monitor.x,
+                              monitor.y,
+                              farX,
+                              farY};
+        const bool apart = numbers[0] >= numbers[2] || numbers[1] >= numbers[3];
+        if (apart) numbers[0] = numbers[1] = numbers[2] = numbers[3] = 0;
         for (const int32_t number : numbers) {
             const RValue value(static_cast<double>(number));
             SET_RValue(&result, &value, at++);

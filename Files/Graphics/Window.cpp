@@ -2,7 +2,7 @@
 
 #include "Files/Graphics/Window.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "Files/Base/Archive_Main.h"
 #include "Files/Base/Console.h"
@@ -19,6 +19,9 @@ namespace {
 
 constexpr int32_t kSettleFrames = 10;  // a size change settles before the device is reset
 constexpr int32_t kCaptionHeight = 24, kFrameHeight = 4;  // of a window with a border, pixels
+constexpr char kWrongDepth[] =
+    "This program requires 16-bit (High Color) or 32-bit (Full Color) mode. Please change this in "
+    "your display properties and run again.";
 constexpr int32_t kEnterKey = 13, kF4Key = 115;
 constexpr int32_t kControl = 17, kAlt = 18, kLeftControl = 162, kLeftAlt = 164;
 
@@ -35,12 +38,22 @@ constexpr CursorRow kCursorRows[] = {
     {-8, 6},   {-9, 7},   {-10, 8},  {-11, 9},  {-12, 10}, {-21, 10}, {-13, 11}, {-14, 11},
     {-15, 11}, {-16, 11}, {-17, 11}, {-18, 11}, {-19, 12}, {-20, 13}, {-22, 14}};
 
-bool Borderless() { return (g_infoFlags & INFO_BORDERLESS) != 0; }
+// Depths in bits a pixel; -1 is unknown.
+bool DepthServes(int32_t depth)
+{
+    return depth == 16 || depth == 32 || depth < 0;
+}
+
+bool Borderless()
+{
+    return (g_infoFlags & INFO_BORDERLESS) != 0;
+}
 
 // Cuts the wish down to the desktop; with keepAspect the other side follows.
 void FitToDesktop(int32_t* width, int32_t* height)
 {
     const HostRect desktop = g_Host.window.Desktop();
+    if (desktop.width <= 0 || *width <= 0 || *height <= 0) return;
     if (*width > desktop.width) {
         if (g_Display.keepAspect)
             *height = static_cast<int32_t>(static_cast<double>(desktop.width) / *width * *height);
@@ -61,7 +74,8 @@ void UserSizeChange(bool fromDrag)
     g_Host.window.ClientSize(&width, &height);
     g_Display.sizeEvent = true;
     if (width <= 0 || height <= 0) {
-        g_Display.pendingWidth = g_Display.pendingHeight = fromDrag ? 1 : -1;
+        g_Display.pendingWidth = fromDrag ? std::max(width, 1) : -1;
+        g_Display.pendingHeight = fromDrag ? std::max(height, 1) : -1;
     } else {
         g_Display.pendingWidth = width;
         g_Display.pendingHeight = height;
@@ -169,6 +183,10 @@ void Window_SetHeader(int32_t width, int32_t height, uint32_t infoFlags, const c
 
 bool Window_Create(int32_t width, int32_t height)
 {
+    if (!DepthServes(g_Host.window.DesktopDepth())) {
+        g_Host.dialogs.MessageBox("Error", kWrongDepth);
+        return false;
+    }
     g_DebugConsole->Output("AdjustWindowRectEx\n");
     FitToDesktop(&width, &height);
     g_Display.windowWidth = g_Display.clientWidth = g_Display.deviceWidth = width;
@@ -304,10 +322,20 @@ void Window_RequestReset(int32_t antialias, bool vsync)
     g_Display.resetCountdown = 1;
 }
 
+bool Window_Borderless()
+{
+    return Borderless();
+}
+
 Letterbox Window_Letterbox()
 {
-    const auto clientWidth = static_cast<float>(g_Display.clientWidth);
-    const auto clientHeight = static_cast<float>(g_Display.clientHeight);
+    return Window_LetterboxIn(g_Display.clientWidth, g_Display.clientHeight);
+}
+
+Letterbox Window_LetterboxIn(int32_t areaWidth, int32_t areaHeight)
+{
+    const auto clientWidth = static_cast<float>(areaWidth);
+    const auto clientHeight = static_cast<float>(areaHeight);
     const auto width = static_cast<float>(g_AppSurface.appSurfaceWidth);
     const auto height = static_cast<float>(g_AppSurface.appSurfaceHeight);
     Letterbox box = {0, 0, clientWidth, clientHeight};

@@ -29,13 +29,13 @@ struct DisplayState {
     bool fullscreen;
     int32_t resetCountdown;  // 0 idle, 1 reset at the next frame, above: counts down
     bool resizing, sizeEvent;
-    uint32_t interval;       // 0x80000000 immediate, 0 default
+    uint32_t interval;  // 0x80000000 immediate, 0 default
     bool vsync, keepAspect, interpolate, altEnterEnabled;
     int32_t minWidth, maxWidth, minHeight, maxHeight;  // 0 for none
-    uint32_t windowColour;   // 0xFF000000 + 0xBBGGRR
-    int32_t samples;         // multisampling asked for by display_reset
-    int32_t cursor;          // value of window_get_cursor
-    bool cursorShown;        // cursor display is on
+    uint32_t windowColour;                             // 0xFF000000 + 0xBBGGRR
+    int32_t samples;                                   // multisampling asked for by display_reset
+    int32_t cursor;                                    // value of window_get_cursor
+    bool cursorShown;                                  // cursor display is on
     VxString caption;
 };
 extern DisplayState g_Display;
@@ -46,7 +46,7 @@ void Window_Init();  // defaults, before the header is read
 void Window_SetHeader(int32_t width, int32_t height, uint32_t infoFlags, const char* caption);
 bool Window_Create(int32_t width, int32_t height);
 bool GR_D3D_Init(int32_t width, int32_t height, uint32_t flags);
-void GR_D3D_Quit();       // surfaces, buffers, textures, device
+void GR_D3D_Quit();  // surfaces, buffers, textures, device
 void Window_Destroy();
 void Window_Proc(const HostMessage& message);
 void Window_SetFullscreen(bool on);
@@ -62,6 +62,9 @@ struct Letterbox {
     float left, top, right, bottom;
 };
 Letterbox Window_Letterbox();
+// The same in an area of another size than the window's client area.
+Letterbox Window_LetterboxIn(int32_t areaWidth, int32_t areaHeight);
+bool Window_Borderless();
 // The mode cursor values of window_set_cursor: cr_default 0, cr_none -1, cr_cross -3 ...
 void Window_SetCursorValue(int32_t value);
 void Window_SetCaption(const char* caption);
@@ -71,4 +74,5 @@ void Window_SetDeviceSize(int32_t width, int32_t height);
 // Asks for a reset at the next frame's head with these settings.
 void Window_RequestReset(int32_t antialias, bool vsync);
 void Window_LetterboxOffsets(int32_t* left, int32_t* top);
+// The application surface, in the middle of an area of the back buffer, client pixels.
 void Surface_DrawToWindow(int32_t x, int32_t y, int32_t width, int32_t height);

@@ -1,5 +1,7 @@
 // The device behind the window: its choice, its reset, and a frame's begin and end.
 
+#include <cctype>
+
 #include "Files/Base/Console.h"
 #include "Files/Base/Error.h"
 #include "Files/Graphics/Batch.h"
@@ -48,6 +50,17 @@ bool OpenWith(const DeviceTable& device, char* error, int32_t size)
     return true;
 }
 
+// The drivers of one maker clear a part of a target badly: there a clear is a quad.
+void NoteAdapter(const char* description)
+{
+    if (g_Switches.vanillaGfx) return;
+    VxString lower = description;
+    for (char& letter : lower) letter = static_cast<char>(tolower(letter));
+    if (lower.find("intel") == VxString::npos) return;
+    g_DebugConsole->Output("Switching to manual clears\n");
+    g_IntelMode = true;
+}
+
 // GL, unless it can't be had or is a software renderer itself: the program's own
 // rasteriser costs a fraction of such a one.
 bool OpenDevice()
@@ -59,7 +72,9 @@ bool OpenDevice()
     }
     if (OpenWith(Device_GL, error, sizeof error)) {
         const char* renderer = "";
-        if (!Device_GL_IsSoftware(&renderer) || g_Switches.gl) {
+        const bool software = Device_GL_IsSoftware(&renderer);
+        if (!software || g_Switches.gl) {
+            NoteAdapter(renderer);
             g_DebugConsole->Output("Device: GL on %s\n", renderer);
             return true;
         }
@@ -99,6 +114,7 @@ void ApplyWindowMode(bool wasFullscreen)
         g_Host.window.SetFullscreen(false);
         if (g_Display.pendingWidth < 0 && g_Display.savedWidth > 0)
             g_Host.window.SetClientSize(g_Display.savedWidth, g_Display.savedHeight);
+        g_Display.savedWidth = g_Display.savedHeight = -1;
     }
     if (g_Display.pendingWidth > 0)
         g_Host.window.SetClientSize(g_Display.pendingWidth, g_Display.pendingHeight);
@@ -132,7 +148,7 @@ void ManualSyncWait()
     if (g_lastPresent != 0) {
         const int64_t due = g_lastPresent + period - g_syncCorrection;
         if (now < due) Run_Wait(due - now);
-        g_syncCorrection += period - (Clock_Micros() - g_lastPresent);
+        g_syncCorrection += Clock_Micros() - g_lastPresent - period;
         if (g_syncCorrection > period) g_syncCorrection = period;
         if (g_syncCorrection < -period) g_syncCorrection = -period;
     }
@@ -142,7 +158,8 @@ void ManualSyncWait()
 void ShowFirstTime()
 {
     g_firstFrame = false;
-    for (int i = 0; i < kFirstShows; ++i) {
+    const int shows = Window_Borderless() ? 1 : kFirstShows;
+    for (int i = 0; i < shows; ++i) {
         g_Host.window.Show();
         Process_Messages();
     }
@@ -157,8 +174,13 @@ bool GR_D3D_Init(int32_t width, int32_t height, uint32_t flags)
     g_lastPresent = g_syncCorrection = 0;
     g_Display.vsync = (flags & INFO_VSYNC) != 0;
     ChooseInterval();
+    g_IntelMode = g_Switches.intel;
+    g_DebugConsole->Output("Enumerate Adapters\n");
     g_DebugConsole->Output("Selected Resolution: %dx%d\n", width, height);
     g_DebugConsole->Output("Prepare to create device\n");
+    const bool software = g_Switches.software || (flags & INFO_SOFTWARE_VERTICES) != 0;
+    g_DebugConsole->Output("Creating D3D device - ARGB=32bit, D24S8, SwapEffect=Copy, %s\n",
+                           software ? "Software vertex processing" : "Hardware vertex processing");
     if (!OpenDevice()) {
         g_Host.dialogs.MessageBox("Error", kNoDevice);
         Error_Exit(-1);
@@ -187,6 +209,7 @@ void Display_CheckSize()
     g_Host.window.ClientSize(&width, &height);
     if (width != g_Display.pendingWidth || height != g_Display.pendingHeight)
         g_Host.window.SetClientSize(g_Display.pendingWidth, g_Display.pendingHeight);
+    Window_SetDeviceSize(g_Display.pendingWidth, g_Display.pendingHeight);
 }
 
 bool Display_Reset()
@@ -227,6 +250,7 @@ void Frame_Begin()
     if (g_frameNesting != 0) return;
     if (g_Device->Lost()) Display_Reset();
     g_Device->BeginScene();
+    Surface_LeaveAll();
     g_Host.window.ClientSize(&g_Display.clientWidth, &g_Display.clientHeight);
     g_GraphicsStats = GraphicsStats{};
     g_frameNesting = 1;
@@ -239,14 +263,15 @@ void Frame_End(bool present)
     g_frameNesting = 0;
     Batch_EndFrame();
     g_Device->EndScene();
+    Surface_LeaveAll();
     if (present) {
         ManualSyncWait();
         g_Device->Present();
     }
-    if (present && g_firstFrame) ShowFirstTime();
+    if (g_firstFrame) ShowFirstTime();
 }
 
-void Surface_DrawToWindow(int32_t, int32_t, int32_t, int32_t)
+void Surface_DrawToWindow(int32_t x, int32_t y, int32_t width, int32_t height)
 {
     Batch_Flush();
     const CSurface* surface = Surface_Get(g_AppSurface.appSurfaceId);
@@ -254,9 +279,10 @@ void Surface_DrawToWindow(int32_t, int32_t, int32_t, int32_t)
     for (const int32_t state : {STATE_Z_ENABLE, STATE_LIGHTING, STATE_FOG_ENABLE, STATE_ALPHA_BLEND,
                                 STATE_ALPHA_TEST, STATE_STENCIL_ENABLE})
         g_Device->SetRenderState(state, 0);
-    g_Device->SetRenderState(STATE_CULL_MODE, 0);
-    const Letterbox box = Window_Letterbox();
-    Quad_TextureExt(surface->texture, 0, 0, box.left, box.top,
+    g_Device->SetRenderState(STATE_CULL_MODE, static_cast<uint32_t>(DeviceCull::None));
+    const Letterbox box = Window_LetterboxIn(width, height);
+    Quad_TextureExt(surface->texture, 0, 0, static_cast<float>(x) + box.left,
+                    static_cast<float>(y) + box.top,
                     (box.right - box.left) / static_cast<float>(surface->width),
                     (box.bottom - box.top) / static_cast<float>(surface->height), 0, kWhite, 1);
     Batch_Flush();

@@ -122,7 +122,9 @@ void IO_Clear()
 void IO_Update()
 {
     ClearFrameLatches();
+    const bool playing = Record_Playing();
     if (Record_ReadFrame()) return;
+    if (playing) ClearMessageLatches();  // typed while the recording was shown
     g_IOFrame.mouseX[0] = g_IOMessage.mouseXMsg;
     g_IOFrame.mouseY[0] = g_IOMessage.mouseYMsg;
     PollShift(kLeftShift);
@@ -175,21 +177,19 @@ void Key_Char(uint16_t unit)
     text[length] = 0;
 }
 
-void Mouse_ButtonDown(int32_t button, int32_t x, int32_t y)
+void Mouse_ButtonDown(int32_t button, int32_t, int32_t)
 {
     if (button < 1 || button > kButtons) return;
     if (g_buttonsHeld++ == 0) g_Host.window.Capture(true);
-    Mouse_Move(x, y);
     g_IOMessage.lastButtonMsg = g_IOMessage.buttonMsg = button;
     if (!g_IOMessage.buttonDownMsg[button - 1]) g_IOMessage.buttonPressedMsg[button - 1] = 1;
     g_IOMessage.buttonDownMsg[button - 1] = 1;
 }
 
-void Mouse_ButtonUp(int32_t button, int32_t x, int32_t y)
+void Mouse_ButtonUp(int32_t button, int32_t, int32_t)
 {
     if (button < 1 || button > kButtons) return;
     if (g_buttonsHeld > 0 && --g_buttonsHeld < 1) g_Host.window.Capture(false);
-    Mouse_Move(x, y);
     g_IOMessage.buttonMsg = 0;
     g_IOMessage.buttonDownMsg[button - 1] = 0;
     g_IOMessage.buttonPressedMsg[button - 1] = 0;

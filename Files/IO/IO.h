@@ -50,6 +50,7 @@ void IO_Update();  // once a frame, before the step
 void Key_Down(int32_t key, bool repeat);
 void Key_Up(int32_t key);
 void Key_Char(uint16_t unit);
+// The position is that of the last Mouse_Move, not the button's.
 void Mouse_ButtonDown(int32_t button, int32_t x, int32_t y);
 void Mouse_ButtonUp(int32_t button, int32_t x, int32_t y);
 void Mouse_Wheel(int32_t delta);

@@ -68,6 +68,11 @@ void Record_Close()
     g_recordStream = g_playbackStream = nullptr;
 }
 
+bool Record_Playing()
+{
+    return g_playbackStream != nullptr;
+}
+
 bool Record_ReadFrame()
 {
     if (!g_playbackStream) return false;

@@ -8,6 +8,7 @@
 
 void Record_Open(const char* recordPath, const char* playbackPath);  // empty for none
 void Record_Close();
+bool Record_Playing();  // a playback file is open
 // True while a playback gives the frame side; at the file's end play goes on from
 // live input.
 bool Record_ReadFrame();

@@ -101,6 +101,7 @@ bool SetPath(const VxString& token, TokenWalk* walk)
     return false;
 }
 
+// Only the plain program debugs: a game file that is already known is another's.
 void StartDebug()
 {
     if (!g_Switches.game.empty()) return;
@@ -177,20 +178,15 @@ void CommandLine_Split(const char* line, VxVector<VxString>* tokens)
     if (open) tokens->push_back(token);
 }
 
-void CommandLine_ParseTokens(const VxVector<VxString>& tokens, const char* launchFolder)
+void CommandLine_ParseTokens(const VxVector<VxString>& tokens, const char* launchFolder,
+                             const char* knownGame)
 {
     g_Switches = Switches();
+    g_Switches.game = knownGame;
     TokenWalk walk(tokens, launchFolder);
     if (walk.More()) walk.Take();  // the program's own name
     while (walk.More()) {
         const VxString token = walk.Take();
         ReadToken(token, &walk);
     }
-}
-
-void CommandLine_Parse(int argc, const char* const* argv, const char* launchFolder)
-{
-    VxVector<VxString> tokens;
-    for (int i = 0; i < argc; ++i) tokens.push_back(argv[i]);
-    CommandLine_ParseTokens(tokens, launchFolder);
 }

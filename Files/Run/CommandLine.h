@@ -6,7 +6,9 @@
 // Splits a line as the program's own return commands are written: a token ends at
 // a character at or below a blank outside double quotes; quotes are dropped.
 void CommandLine_Split(const char* line, VxVector<VxString>* tokens);
-void CommandLine_ParseTokens(const VxVector<VxString>& tokens, const char* launchFolder);
+// `knownGame` is the game file that stands without a switch, "" for none.
+void CommandLine_ParseTokens(const VxVector<VxString>& tokens, const char* launchFolder,
+                             const char* knownGame);
 
 // `path` made absolute against `folder` by text alone: "." and ".." are resolved,
 // no link is followed.

@@ -86,7 +86,7 @@ void ShowFirstPictures()
     Trace("Splash!");
     if (!g_Switches.headless) Splash_Show();
     Trace("Start Frame");
-    Frame_Begin();
+    Frame_Begin();  // the first round of the main loop ends it
     Trace("Part Create Textures");
     Trace("Debug Init Remote Interface");
     Trace("VM Init");
@@ -157,7 +157,6 @@ bool InitGame()
     IO_Init();
     ShowFirstPictures();
     if (!LoadData()) return false;
-    Frame_End(false);
     Run_Start();
     return true;
 }

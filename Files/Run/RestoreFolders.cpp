@@ -12,7 +12,7 @@ constexpr int32_t kFolderMode = 0755;
 
 void Collect(void* context, const char* name, bool folder, uint64_t)
 {
-    if (folder || !strchr(name, '@')) return;
+    if (folder || name[0] == '.' || !strchr(name, '@')) return;  // hidden files stay
     static_cast<VxVector<VxString>*>(context)->push_back(name);
 }
 

@@ -78,6 +78,7 @@ void GameWork()
     Frame_Begin();
     DoAStep();
     Frame_End(New_Room < 0 && g_DrawEnabled);
+    if (!g_PlayerRequest.game.empty()) New_Room = ROOM_STOP;
     ServeRequest();
 }
 
@@ -113,4 +114,6 @@ void Run_Start()
         "Entering main loop.\n"
         "*******************************************\n");
     Step_StartDeltaTime();
+    // A window that was closed during the start stays closed.
+    if (g_QuitSeen) g_Running = false;
 }

@@ -5,10 +5,12 @@
 
 #include "Files/Run/Run_State.h"
 
-void RunState_Reset();        // defaults of every value but the switches
-int64_t Clock_StartMicros();  // the host's clock at start-up
-void RestoreFolders();        // files with "@" in their names move to their folders
-void Splash_Show();           // "splash.png" of the working directory, five frames
+void RunState_Reset();     // defaults of every value but the switches
+void RunState_Free();      // the texts of the command line and of the requests
+void RestoreFolders();     // files with "@" in their names move to their folders
+void Splash_Show();        // "splash.png" of the working directory, five frames
+void FreeVariableFlags();  // what InitGame allocated for itself
+void Headless_Watch();     // -headless: a fault is reported in text, with exit code 1
 
 // ---- the life of one run, for the program and for the stage
 // Everything from the command line to the first frame; false when it failed.

@@ -10,6 +10,8 @@ int64_t g_LastFrameStart, g_FrameStart, g_FpsClock;
 int32_t g_FpsReal, g_FpsCounter, g_RoomSpeedNow;
 int64_t g_DeltaTime, g_FrameCount, g_FrameWork;
 Switches g_Switches;
+PlayerRequest g_PlayerRequest;
+bool g_LaunchedByPlayer;
 
 namespace {
 
@@ -30,6 +32,18 @@ void RunState_Reset()
     g_FpsReal = g_FpsCounter = 0;
     g_RoomSpeedNow = 60;
     g_DeltaTime = g_FrameCount = g_FrameWork = 0;
+    g_PlayerRequest = PlayerRequest();
+}
+
+void RunState_Free()
+{
+    g_Switches = Switches();
+    g_PlayerRequest = PlayerRequest();
+}
+
+void vxg_player_run(const char* game, const char* goBack)
+{
+    g_PlayerRequest = {game, goBack};
 }
 
 void Clock_Init()
@@ -39,10 +53,6 @@ void Clock_Init()
 int64_t Clock_Micros()
 {
     return g_Host.clock.Micros() - g_clockStart;
-}
-int64_t Clock_StartMicros()
-{
-    return g_clockStart;
 }
 
 // Blocks for all but the margin and spins the rest, so that a frame starts on time

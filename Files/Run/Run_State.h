@@ -7,9 +7,9 @@
 
 struct RunnerData;
 
-extern bool g_Running;       // cleared by a window quit and by the requests -100 and -400
-extern bool g_Paused;        // a debugger holds the game
-extern bool g_RestartFlag;   // start over after the teardown
+extern bool g_Running;         // cleared by a window quit and by the requests -100 and -400
+extern bool g_Paused;          // a debugger holds the game
+extern bool g_RestartFlag;     // start over after the teardown
 extern int32_t g_SleepMargin;  // milliseconds kept out of the blocking wait
 extern bool g_TimingOn, g_ManualVSync, g_DrawEnabled;
 extern int64_t g_LastFrameStart, g_FrameStart, g_FpsClock;  // microseconds
@@ -35,9 +35,6 @@ struct Switches {
 };
 extern Switches g_Switches;
 
-// Reads the arguments (argv[0] is the program) into g_Switches and the run state.
-void CommandLine_Parse(int argc, const char* const* argv, const char* launchFolder);
-
 int64_t Clock_Micros();  // since start-up
 void Clock_Init();
 
@@ -45,6 +42,17 @@ void Clock_Init();
 void Run_Wait(int64_t micros);
 void Process_Messages();
 extern bool g_QuitSeen;
+
+// ---- the player that runs other games
+// Another game that this one asked for: the frame's end stops this one, and the
+// process starts over with it.
+struct PlayerRequest {
+    VxString game;    // its file; empty for none
+    VxString goBack;  // the game to go back to when that one ends; may be empty
+};
+extern PlayerRequest g_PlayerRequest;
+extern bool g_LaunchedByPlayer;  // this run is such a game
+void vxg_player_run(const char* game, const char* goBack);
 
 bool InitGameSystem();
 bool InitGame();

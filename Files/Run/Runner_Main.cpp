@@ -20,21 +20,23 @@
 #include "Files/Variable/Variable_BuiltIn.h"
 #include "Host/Host.h"
 
-void FreeVariableFlags();
-
 namespace {
 
 constexpr char kDefaultArchive[] = "data.win";
 
 bool g_gameStarted;  // InitGame came through: EndGame is owed
 VxString g_nextCommand;
+bool g_nextIsPlayers;  // the next run is a game that this one asked for
 
 // The default game file: "data.win" beside the program, when it can be read.
-void FindDefaultGame()
+VxString DefaultGame()
 {
     const VxString program = g_Host.files.ProgramPath();
     const VxString path = program.substr(0, program.rfind('/') + 1) + kDefaultArchive;
-    if (g_Switches.game.empty() && g_Host.files.Exists(path.c_str())) g_Switches.game = path;
+    if (!g_Host.files.Exists(path.c_str())) return {};
+    void* stream = g_Host.files.OpenStream(path.c_str(), "rb");
+    g_Host.files.CloseStream(stream);
+    return stream ? path : VxString();
 }
 
 void OutOfMemoryBox(const char* title, const char* text)
@@ -57,30 +59,40 @@ void StartConsoles()
     Error_Init();
 }
 
-void Shutdown_Input()
-{
-    IO_Quit();
-}
-
-// What the next run is asked to do: the way back that -exit left.
+// What the next run is asked to do: the game that the player is to run, else the way
+// back that -exit left.
 void DecideRestart()
 {
-    g_RestartFlag = false;
-    g_nextCommand.clear();
-    if (g_Switches.exitTo.empty()) return;
-    g_nextCommand = "-game \"" + g_Switches.exitTo + "\"";
-    g_RestartFlag = true;
+    const PlayerRequest& request = g_PlayerRequest;
+    g_nextIsPlayers = !request.game.empty();
+    const VxString& game = g_nextIsPlayers ? request.game : g_Switches.exitTo;
+    g_RestartFlag = !game.empty();
+    VxString().swap(g_nextCommand);
+    if (!g_RestartFlag) return;
+    g_nextCommand = "-game \"" + game + "\"";
+    if (g_nextIsPlayers && !request.goBack.empty())
+        g_nextCommand += " -exit \"" + request.goBack + "\"";
+}
+
+// Nothing of this run's queue may reach the next run.
+void PostQuit()
+{
+    if (!g_Host.window.Exists || !g_Host.window.Exists()) return;
+    HostMessage quit;
+    quit.type = HostMessageType::Quit;
+    g_Host.window.PostMessage(quit);
 }
 
 }  // namespace
 
 void Shutdown()
 {
-    Shutdown_Input();
+    IO_Quit();
 }
 
 void Finish()
 {
+    if (g_Switches.headless) g_Host.process.CatchFaults(nullptr);
     FreeVariableFlags();
     Script_Quit();
     Room_Quit();
@@ -90,6 +102,7 @@ void Finish()
     Background_Quit();
     Font_Quit();
     Code_Quit();
+    Variable_ResetGame();
     Variable_BuiltIn_Init();
     Constant_Init();
     Function_Init();
@@ -110,13 +123,17 @@ bool Runner_Boot(const VxVector<VxString>& tokens, const char* launchFolder,
     RunState_Reset();
     New_Room = ROOM_NONE;
     g_RunnerData = attachment;
-    CommandLine_ParseTokens(tokens, launchFolder);
-    FindDefaultGame();
+    g_LaunchedByPlayer = g_nextIsPlayers;
+    CommandLine_ParseTokens(tokens, launchFolder, DefaultGame().c_str());
     StartConsoles();
+    if (g_Switches.headless) Headless_Watch();
     Window_Init();
     Archive_Init();
     g_gameStarted = InitGameSystem() && InitGame();
-    if (g_gameStarted && g_Host.window.Exists()) g_Host.window.SetFocus();
+    if (g_gameStarted && g_Host.window.Exists()) {
+        g_Host.window.SetFocus();
+        g_WindowFocus = g_Host.window.HasFocus();
+    }
     return g_gameStarted;
 }
 
@@ -131,8 +148,10 @@ void Runner_End()
     if (g_gameStarted) EndGame();
     g_gameStarted = false;
     Shutdown();
+    PostQuit();
     Finish();
     DecideRestart();
+    RunState_Free();
 }
 
 int Runner_ExitCode()
@@ -148,8 +167,8 @@ int Runner_Main(int argc, const char* const* argv, const RunnerData& attachment)
 {
     const VxString launchFolder = g_Host.files.CurrentFolder();
     const VxString program = g_Host.files.ProgramPath();
-    g_Host.files.EnterFolder(program.substr(0, program.rfind('/') + 1).c_str());
-    RestoreFolders();
+    const VxString folder = program.substr(0, program.rfind('/') + 1);
+    if (g_Host.files.EnterFolder(folder.c_str())) RestoreFolders();
 
     VxVector<VxString> tokens;
     for (int i = 0; i < argc; ++i) tokens.push_back(argv[i]);
