@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -46,7 +45,7 @@ inline bool SetVariable(CInstance* self, const char* name, double value,
 
 // The result of a built-in as a number; 0 when it gives none.
 inline double CallFunction(CInstance* self, CInstance* other, const char* name,
-                           std::initializer_list<double> arguments = {})
+                           const std::vector<double>& arguments = {})
 {
     std::vector<RValue> values;
     for (const double argument : arguments) values.emplace_back(argument);
@@ -62,7 +61,7 @@ inline double CallFunction(CInstance* self, CInstance* other, const char* name,
     return number;
 }
 inline double CallFunction(CInstance* self, const char* name,
-                           std::initializer_list<double> arguments = {})
+                           const std::vector<double>& arguments = {})
 {
     return CallFunction(self, self, name, arguments);
 }
