@@ -5,6 +5,8 @@
 #include "Files/Code/Seam.h"
 #include "Names.h"
 
+using namespace names;
+
 // The play field is a grid of square cells. Everything of the puzzle stands at
 // multiples of the cell in both axes; nothing stores a cell coordinate.
 inline constexpr double cell = 52;  // pixels

@@ -7,6 +7,8 @@
 #include "tests/support/Solution.h"
 #include "tests/support/Stage.h"
 
+using namespace names;
+
 namespace {
 
 // Level 1 with the figure and its box put where the story begins.

@@ -7,6 +7,8 @@
 #include "Names.h"
 #include "tests/support/Stage.h"
 
+using namespace names;
+
 namespace {
 
 Stage::Options AtSpeed(const std::string& word)

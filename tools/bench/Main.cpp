@@ -24,6 +24,8 @@
 #include "Names.h"
 #include "tests/support/Stage.h"
 
+using namespace names;
+
 namespace {
 
 constexpr char kHelp[] =

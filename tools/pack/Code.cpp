@@ -145,7 +145,8 @@ std::string Code_Names(const Tables& tables, const CodePlan& plan)
     out += kMade;
     out +=
         "// Names of the archive and of the game's variables, and the functions of the rules.\n\n"
-        "#include \"Files/Code/Seam.h\"\n\n";
+        "#include \"Files/Code/Seam.h\"\n\n"
+        "namespace names {\n\n";
     Constants(out, "Object", tables.objectNames);
     Constants(out, "Sprite", tables.spriteNames);
     Constants(out, "Background", tables.backgroundNames);
@@ -159,7 +160,7 @@ std::string Code_Names(const Tables& tables, const CodePlan& plan)
         out += std::string("inline constexpr ") + HandleOf(variable.kind) + " " + variable.word +
                "{" + std::to_string(i) + "};\n";
     }
-    out += "\n// ---- functions of the rules\n";
+    out += "\n}  // namespace names\n\n// ---- functions of the rules\n";
     std::set<std::string> declared;
     for (const CodeRowPlan& row : plan.rows) {
         if (!declared.insert(row.function).second) continue;
