@@ -6,7 +6,10 @@
 #include "Files/Base/Archive_Main.h"
 #include "Files/Base/Error.h"
 #include "Files/Code/Script_Interface.h"
+#include "Files/Graphics/Draw_Room.h"
+#include "Files/Graphics/GpuState.h"
 #include "Files/Graphics/Window.h"
+#include "Files/Graphics_API/Device_Soft.h"
 #include "Files/IO/IO.h"
 #include "Files/Run/Run_State.h"
 #include "Files/Run/Services.h"
@@ -511,6 +514,53 @@ TEST_F(StepOrder, MouseEvents)
     Mouse_ButtonUp(1, 0, 0);
     StepOnly();
     EXPECT_EQ(Take(), (Log{"A.Mouse13", "A.Mouse56"}));
+}
+
+// Draw walks from the tail of the list: the highest depth first, and of one depth the
+// last made first. What it makes, ends or asks for waits for the walk's or the frame's
+// end, and a room change asked for there lets the frame finish.
+TEST_F(StepOrder, DrawEvents)
+{
+    const int32_t a = AddObject("A", {{EVENT_DRAW, DRAW_NORMAL}});
+    const int32_t b = AddObject("B", {{EVENT_DRAW, DRAW_NORMAL}, {EVENT_STEP, STEP_END}});
+    const int32_t room = OneRoom();
+    AddRoom("room_two");
+    const int32_t a1 = Place(room, a), b1 = Place(room, b), a2 = Place(room, a);
+    Object(b).depth = 10;
+    Begin();
+    g_DrawEnabled = true;
+    char error[256];
+    g_Display.backbufferWidth = g_Display.clientWidth;
+    g_Display.backbufferHeight = g_Display.clientHeight;
+    ASSERT_TRUE(Device_Soft.Open({640, 480, false, 0, 0}, error, sizeof error)) << error;
+    g_Device = &Device_Soft;
+    Draw_Init();
+    ASSERT_TRUE(Graphics_Start());
+    std::vector<int32_t> drawn;
+    for (const char* label : {"A.Draw0", "B.Draw0"})
+        On(label, [&](CInstance* self, CInstance*) { drawn.push_back(self->id); });
+    StepOnly();
+    EXPECT_EQ(Take().front(), "B.End") << "the step comes before the picture";
+    EXPECT_EQ(drawn, (std::vector<int32_t>{b1, a2, a1}));
+
+    Run_Room->backgrounds[0].hspeed = 1;
+    On("B.Draw0", [&](CInstance* self, CInstance*) {
+        Room_CreateInstance(0, 0, a);
+        Instance_SetDepth(self, -10);
+        Instance_Destroy(Instance_FromId(a2), false);
+        Room_Goto(1);
+    });
+    drawn.clear();
+    Take();
+    StepOnly();
+    EXPECT_EQ(Take(), (Log{"B.End", "B.Draw0"})) << "draw events are silent after the request";
+    EXPECT_EQ(g_FrameCount, 2);
+    EXPECT_EQ(Run_Room->backgrounds[0].x, 1);
+    EXPECT_EQ(ActiveIds().front(), b1) << "sorted when the picture is done";
+    EXPECT_TRUE(Instance_FromId(a2)->marked) << "the purge lies before the draw";
+    Graphics_Stop();
+    g_Device->Close();
+    g_Device = nullptr;
 }
 
 // The frame stops at once, before anything of the game, while the window is not active
