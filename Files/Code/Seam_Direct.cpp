@@ -6,6 +6,7 @@
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Draw_State.h"
+#include "Files/Graphics/Text.h"
 #include "Files/IO/IO.h"
 #include "Files/IO/Ini_File.h"
 #include "Files/Object/Collision.h"
@@ -140,6 +141,24 @@ void draw_set_alpha(double alpha, Here line)
 {
     Frame::Line(line);
     Draw_SetAlpha(alpha);
+}
+
+void draw_set_font(Font font, Here line)
+{
+    Frame::Line(line);
+    Text_SetFont(font.index);
+}
+
+void draw_set_halign(int32_t align, Here line)
+{
+    Frame::Line(line);
+    Text_SetHAlign(align);
+}
+
+void draw_set_valign(int32_t align, Here line)
+{
+    Frame::Line(line);
+    Text_SetVAlign(align);
 }
 
 void draw_rectangle(double x1, double y1, double x2, double y2, bool outline, Here line)

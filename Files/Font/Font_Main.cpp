@@ -1,66 +1,30 @@
-// The table of fonts and the reading of their records.
+// The table of fonts.
 
-#include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "Files/Base/Archive_List.h"
 #include "Files/Font/CFontSW.h"
-#include "Platform/MemoryManager.h"
+#include "Files/Font/Font_Glyphs.h"
 
 namespace {
 
-// A font with the storage of its glyph pointers; the glyphs stay in the archive.
-struct Font {
-    CFontSW font;
-    VxVector<const ArchiveGlyph*> glyphs;
-};
+VxVector<CFontSW*> g_fonts;            // null for an empty slot
+VxVector<uint16_t> g_frameCharacters;  // characters of sprite fonts by frame number
 
-VxVector<Font*> g_fonts;  // null for an empty slot
-
-void TakeSettings(const ArchiveFont& record, CFontSW* font)
+void ReadFrameCharacters(const uint8_t* chunk, uint32_t size)
 {
-    font->size = static_cast<int32_t>(record.size);
-    font->bold = record.bold != 0;
-    font->italic = record.italic != 0;
-    font->first = record.first;
-    font->last = static_cast<int32_t>(record.last);
-    if (record.charset != 0) font->charset = record.charset;
-    if (record.antialias != 0) font->antialias = record.antialias - 1;
-    font->xscale = record.scaleX;
-    font->yscale = record.scaleY;
+    if (size < kSpriteFontTable) return;
+    g_frameCharacters.resize(kSpriteFontTable / sizeof(uint16_t));
+    std::memcpy(g_frameCharacters.data(), chunk + size - kSpriteFontTable, kSpriteFontTable);
 }
 
-void TakeEntry(ArchiveOffset offset, uint8_t* archiveBase, CFontSW* font)
+void NameNew(int32_t index, CFontSW* font)
 {
-    if (offset == 0) return;
-    font->entry = reinterpret_cast<ArchivePageEntry*>(archiveBase + offset);
-    font->textureWidth = font->entry->width;
-    font->textureHeight = font->entry->height;
-}
-
-void TakeGlyphs(const uint8_t* offsets, uint32_t count, const uint8_t* archiveBase, Font* font)
-{
-    font->glyphs.reserve(count);
-    for (uint32_t i = 0; i < count; ++i) {
-        const auto offset = ArchiveCopy<ArchiveOffset>(offsets + size_t{i} * sizeof(ArchiveOffset));
-        const auto* glyph = reinterpret_cast<const ArchiveGlyph*>(archiveBase + offset);
-        font->glyphs.push_back(glyph);
-        font->font.height = std::max<int32_t>(font->font.height, glyph->height);
-    }
-    font->font.glyphCount = static_cast<int32_t>(count);
-    font->font.glyphs = font->glyphs.data();
-}
-
-Font* LoadFont(const uint8_t* at, uint8_t* archiveBase)
-{
-    const auto record = ArchiveCopy<ArchiveFont>(at);
-    Font* font = VxNew<Font>();
-    font->font.name = ArchiveText(archiveBase, record.name);
-    font->font.faceName = ArchiveText(archiveBase, record.faceName);
-    TakeSettings(record, &font->font);
-    TakeEntry(record.tpag, archiveBase, &font->font);
-    TakeGlyphs(at + sizeof record, record.glyphCount, archiveBase, font);
-    return font;
+    char text[32];
+    std::snprintf(text, sizeof text, "__newfont%d", index);
+    font->ownName = text;
+    font->name = font->ownName.c_str();
 }
 
 }  // namespace
@@ -72,17 +36,23 @@ void Font_Init()
 
 void Font_Quit()
 {
-    for (Font* font : g_fonts) VxDelete(font);
-    VxVector<Font*>().swap(g_fonts);
+    for (CFontSW* font : g_fonts) VxDelete(font);
+    VxVector<CFontSW*>().swap(g_fonts);
+    VxVector<uint16_t>().swap(g_frameCharacters);
+    Font_FreeDefault();
+    FontFile_Quit();
 }
 
-bool Font_Load(const uint8_t* chunk, uint32_t, uint8_t* archiveBase)
+bool Font_Load(const uint8_t* chunk, uint32_t size, uint8_t* archiveBase)
 {
     const ArchiveList list(chunk, archiveBase);
     for (uint32_t i = 0; i < list.Count(); ++i) {
-        const uint8_t* at = list.At(i);
-        g_fonts.push_back(at ? LoadFont(at, archiveBase) : nullptr);
+        const uint8_t* record = list.At(i);
+        CFontSW* font = record ? VxNew<CFontSW>() : nullptr;
+        if (font) font->LoadFromChunk(record, archiveBase);
+        g_fonts.push_back(font);
     }
+    ReadFrameCharacters(chunk, size);
     return true;
 }
 
@@ -99,9 +69,7 @@ int32_t Font_Count()
 
 CFontSW* Font_Data(int32_t index)
 {
-    if (index < 0 || index >= Font_Count()) return nullptr;
-    Font* font = g_fonts[static_cast<size_t>(index)];
-    return font ? &font->font : nullptr;
+    return index >= 0 && index < Font_Count() ? g_fonts[static_cast<size_t>(index)] : nullptr;
 }
 
 int32_t Font_Find(const char* name)
@@ -116,4 +84,37 @@ const char* Font_Name(int32_t index)
 {
     const CFontSW* font = Font_Data(index);
     return font ? font->name : "<undefined>";
+}
+
+int32_t Font_Add(CFontSW* font)
+{
+    g_fonts.push_back(font);
+    NameNew(Font_Count() - 1, font);
+    return Font_Count() - 1;
+}
+
+bool Font_Delete(int32_t index)
+{
+    CFontSW* font = Font_Data(index);
+    if (!font) return false;
+    g_fonts[static_cast<size_t>(index)] = nullptr;
+    VxDelete(font);
+    return true;
+}
+
+bool Font_Replace(int32_t index, CFontSW* font)
+{
+    CFontSW* old = Font_Data(index);
+    if (!old) return false;
+    font->ownName = old->name;
+    font->name = font->ownName.c_str();
+    g_fonts[static_cast<size_t>(index)] = font;
+    VxDelete(old);
+    return true;
+}
+
+uint16_t Font_FrameCharacter(int32_t number)
+{
+    const auto at = static_cast<size_t>(static_cast<uint32_t>(number));
+    return at < g_frameCharacters.size() ? g_frameCharacters[at] : static_cast<uint16_t>(number);
 }

@@ -2,12 +2,8 @@
 
 #include "Files/Function/Function_Graphic.h"
 
-#include "Files/Function/Function_Later.h"
+#include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Draw_State.h"
-
-static constexpr BuiltinRow kLaterRows[] = {
-    {"draw_text", NotThereYet, 3},
-};
 
 float Graphic_PlainAlpha()
 {
@@ -28,5 +24,5 @@ void Function_Graphic_Register()
     Function_Graphic_RegisterSurfaces();
     Function_Graphic_RegisterColours();
     Function_Graphic_RegisterWindow();
-    Function_AddRows(kLaterRows);
+    Function_Graphic_RegisterText();
 }

@@ -12,6 +12,7 @@ void Function_Graphic_RegisterShapes();    // draw state, shapes, primitives
 void Function_Graphic_RegisterStates();    // blending, tests, textures
 void Function_Graphic_RegisterSurfaces();  // surfaces, clears, the GUI's size
 void Function_Graphic_RegisterColours();   // colour arithmetic
+void Function_Graphic_RegisterText();      // text and its measures
 
 inline float ArgFloat(const RValue* args, int argc, int i, float fallback = 0.0F)
 {

@@ -2,7 +2,6 @@
 
 #include "Files/Function/Function_Resource.h"
 
-#include "Files/Font/CFontSW.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Object/Object_Main.h"
 
@@ -85,17 +84,6 @@ BUILTIN(object_is_ancestor)
     SetBool(result, object && object->parent && object->parent->IsOrDescendsFrom(ancestor));
 }
 
-BUILTIN(font_exists)
-{
-    SetBool(result, Font_Data(ArgInt(args, argc, 0, -1)) != nullptr);
-}
-
-BUILTIN(font_get_name)
-{
-    FREE_RValue(&result);
-    VXCreateString(&result, Font_Name(ArgInt(args, argc, 0, -1)));
-}
-
 static constexpr BuiltinRow kRows[] = {
     {"object_exists", object_exists, 1},
     {"object_get_name", object_get_name, 1},
@@ -107,8 +95,6 @@ static constexpr BuiltinRow kRows[] = {
     {"object_get_solid", object_get_solid, 1},
     {"object_get_persistent", object_get_persistent, 1},
     {"object_is_ancestor", object_is_ancestor, 2},
-    {"font_exists", font_exists, 1},
-    {"font_get_name", font_get_name, 1},
 };
 
 void Function_Resource_Register()
@@ -117,4 +103,5 @@ void Function_Resource_Register()
     Function_Resource_RegisterSprites();
     Function_Resource_RegisterBackgrounds();
     Function_Resource_RegisterTiles();
+    Function_Resource_RegisterFonts();
 }

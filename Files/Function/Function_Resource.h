@@ -9,6 +9,7 @@
 void Function_Resource_RegisterSprites();
 void Function_Resource_RegisterBackgrounds();
 void Function_Resource_RegisterTiles();
+void Function_Resource_RegisterFonts();
 
 // An array of numbers as a result.
 void Resource_SetArray(RValue& result, const double* numbers, int32_t count);

@@ -38,13 +38,6 @@ VxString SaveFolder()
     return g_Host.files.LocalData() + g_GameHeader.fileName + "/";
 }
 
-uint8_t* ReadNamed(const char* name, uint32_t* size)
-{
-    if (!StaysInside(name)) return nullptr;
-    if (uint8_t* bytes = g_Host.files.ReadAll((SaveFolder() + name).c_str(), size)) return bytes;
-    return g_Host.files.ReadAll((g_WorkingDirectory + name).c_str(), size);
-}
-
 // The folders of a file name, made one by one.
 void MakeFolders(const VxString& path)
 {
@@ -70,6 +63,13 @@ int32_t TransparentNeighbours(const uint32_t* pixels, int32_t width, int32_t hei
 }
 
 }  // namespace
+
+uint8_t* Picture_ReadFile(const char* name, uint32_t* size)
+{
+    if (!StaysInside(name)) return nullptr;
+    if (uint8_t* bytes = g_Host.files.ReadAll((SaveFolder() + name).c_str(), size)) return bytes;
+    return g_Host.files.ReadAll((g_WorkingDirectory + name).c_str(), size);
+}
 
 uint32_t* Picture_OfEntry(const ArchivePageEntry& entry)
 {
@@ -98,7 +98,7 @@ uint32_t* Picture_OfEntry(const ArchivePageEntry& entry)
 CBitmap32* Picture_Load(const char* name)
 {
     uint32_t size = 0;
-    uint8_t* bytes = ReadNamed(name, &size);
+    uint8_t* bytes = Picture_ReadFile(name, &size);
     if (!bytes) {
         g_DebugConsole->Output("Picture file %s was not found\n", name);
         return nullptr;

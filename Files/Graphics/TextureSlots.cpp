@@ -271,6 +271,21 @@ int32_t Texture_CreateAlpha(int32_t width, int32_t height, const uint8_t* bytes)
     return -1;
 }
 
+bool Texture_Update(int32_t index, const DeviceRect& area, const uint32_t* pixels)
+{
+    const TextureSlot* slot = Texture_Get(index);
+    if (!slot || !slot->texture) return false;
+    const GpuTexture* texture = slot->texture;
+    const int32_t width = area.right - area.left;
+    if (texture->shadow)
+        for (int32_t y = area.top; y < area.bottom; ++y)
+            std::memcpy(texture->shadow + static_cast<ptrdiff_t>(y) * texture->width + area.left,
+                        pixels + static_cast<ptrdiff_t>(y - area.top) * width,
+                        static_cast<size_t>(width) * 4);
+    if (!texture->deviceTexture) return texture->shadow != nullptr;
+    return g_Device->UpdateTexture(texture->deviceTexture, area, pixels, width * 4);
+}
+
 void Texture_Free(int32_t index)
 {
     TextureSlot* slot = Texture_Get(index);

@@ -56,6 +56,9 @@ int32_t Texture_CreateEmpty(int32_t width, int32_t height, bool renderTarget, bo
 int32_t Texture_CreateFromPixels(int32_t width, int32_t height, const void* pixels, uint32_t size);
 // White pixels with one alpha byte each; -1 when the device refuses.
 int32_t Texture_CreateAlpha(int32_t width, int32_t height, const uint8_t* bytes);
+// Writes new pixels (0xAARRGGBB, rows of the area's width) into an area inside the
+// image. What the open batch draws of that area shows the new ones.
+bool Texture_Update(int32_t index, const DeviceRect& area, const uint32_t* pixels);
 void Texture_Free(int32_t index);
 bool Texture_Exists(int32_t index);
 TextureSlot* Texture_Get(int32_t index);  // null for a bad or free index

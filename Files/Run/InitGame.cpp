@@ -13,6 +13,7 @@
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Draw_State.h"
+#include "Files/Graphics/Text.h"
 #include "Files/Graphics/Window.h"
 #include "Files/IO/IO.h"
 #include "Files/Object/Instance_Main.h"
@@ -118,6 +119,7 @@ bool InitGameSystem()
     RValue_Init();
     Constant_Init();
     DrawState_Init();
+    Text_Init();
     Draw_Init();
     Variable_BuiltIn_Init();
     Variable_ResetGame();
