@@ -103,18 +103,10 @@ CBitmap32* Picture_Load(const char* name)
         g_DebugConsole->Output("Picture file %s was not found\n", name);
         return nullptr;
     }
-    int32_t width = 0, height = 0;
-    uint32_t* pixels = nullptr;
-    if (TextureSource_Header(bytes, size, &width, &height))
-        pixels = TextureSource_Decode(bytes, size, &width, &height);
+    CBitmap32* bitmap = CBitmap32::FromBytes(bytes, size);
     MemoryManager::Free(bytes);
-    if (!pixels) {
+    if (!bitmap)
         g_DebugConsole->Output("Picture file %s can't be read: a PNG or JPEG is expected\n", name);
-        return nullptr;
-    }
-    auto* bitmap = VxNew<CBitmap32>(width, height);
-    std::memcpy(bitmap->data, pixels, Count(width, height) * 4);
-    MemoryManager::Free(pixels);
     return bitmap;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Batch.h"
+#include "Files/Graphics/Bitmap.h"
 #include "Files/Graphics/Surface.h"
 #include "Platform/MemoryManager.h"
 
@@ -13,7 +14,6 @@ int32_t g_TextureGlobalScale = 1;
 namespace {
 
 constexpr int32_t kSizeLimit = 8192;  // of a device that names none
-constexpr int32_t kLargestSide = 16384;
 constexpr size_t kShadowAlignment = 16;
 constexpr uint32_t kWhite = 0xFFFFFFU;
 
@@ -136,6 +136,8 @@ bool MakeAnew(GpuTexture* texture)
         made = Upload(texture, width, height, pixels);
         texture->width = storedWidth;
         texture->height = storedHeight;
+        texture->flags &= ~static_cast<uint32_t>(TEXTURE_SCALED);
+        if (width != storedWidth || height != storedHeight) texture->flags |= TEXTURE_SCALED;
         MemoryManager::Free(pixels);
     }
     if (!made) {
@@ -191,6 +193,7 @@ void Texture_Quit()
     s_selfCopyWidth = s_selfCopyHeight = 0;
     g_TexturesOnDemand = false;
     g_TextureGlobalScale = 1;
+    Bitmap_Quit();
 }
 
 int32_t TextureSlot_Find()
@@ -219,7 +222,7 @@ int32_t Texture_CreateFromFile(const uint8_t* data, uint32_t size)
 int32_t Texture_CreateEmpty(int32_t width, int32_t height, bool renderTarget, bool depth,
                             int32_t format)
 {
-    if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide) return -1;
+    if (width < 1 || height < 1 || width > kMaxPictureSize || height > kMaxPictureSize) return -1;
     const int32_t stored = format > 0 ? format : static_cast<int32_t>(DeviceFormat::Argb8888);
     GpuTexture* texture =
         NewRecord(StoredSize(width, renderTarget), StoredSize(height, renderTarget), stored,
@@ -239,7 +242,8 @@ int32_t Texture_CreateEmpty(int32_t width, int32_t height, bool renderTarget, bo
 
 int32_t Texture_CreateFromPixels(int32_t width, int32_t height, const void* pixels, uint32_t size)
 {
-    const bool plain = width > 0 && height > 0 && width <= kLargestSide && height <= kLargestSide &&
+    const bool plain = width > 0 && height > 0 && width <= kMaxPictureSize &&
+                       height <= kMaxPictureSize &&
                        size == static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * 4;
     if (!plain) return Texture_CreateFromFile(static_cast<const uint8_t*>(pixels), size);
     const int32_t index = TextureSlot_Find();
@@ -259,7 +263,7 @@ int32_t Texture_CreateFromPixels(int32_t width, int32_t height, const void* pixe
 
 int32_t Texture_CreateAlpha(int32_t width, int32_t height, const uint8_t* bytes)
 {
-    if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide) return -1;
+    if (width < 1 || height < 1 || width > kMaxPictureSize || height > kMaxPictureSize) return -1;
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     auto* pixels = static_cast<uint32_t*>(MemoryManager::Alloc(count * 4));
     for (size_t i = 0; i < count; ++i) pixels[i] = static_cast<uint32_t>(bytes[i]) << 24 | kWhite;
@@ -352,6 +356,7 @@ bool Texture_ReadPixels(int32_t index, const DeviceRect& area, uint32_t* pixels)
     const TextureSlot* slot = Texture_Get(index);
     if (!slot || !slot->texture || !g_Device) return false;
     if (!slot->texture->deviceTexture && !MakeAnew(slot->texture)) return false;
+    if (slot->texture->flags & TEXTURE_SCALED) return false;
     return g_Device->ReadPixels(slot->texture->deviceTexture, area, pixels,
                                 (area.right - area.left) * 4);
 }

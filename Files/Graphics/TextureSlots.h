@@ -13,6 +13,7 @@ enum GpuTextureFlags : uint32_t {
     TEXTURE_MANAGED = 1U << 17,
     TEXTURE_TARGET = 1U << 18,  // a render target
     TEXTURE_FAILED = 1U << 19,  // its picture can't be read; it draws nothing
+    TEXTURE_SCALED = 1U << 20,  // the device holds it smaller than it is stored
 };
 
 struct GpuTexture {

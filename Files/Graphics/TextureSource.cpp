@@ -12,7 +12,6 @@
 namespace {
 
 constexpr uint32_t kRawMagic = 0x20574152;  // "RAW "
-constexpr int32_t kLargestSide = 16384;
 
 // The header of raw pixels; the pixels follow it.
 struct RawHeader {
@@ -31,12 +30,17 @@ bool IsRaw(const uint8_t* data, uint32_t size)
     return magic == kRawMagic;
 }
 
+bool IsJPEG(const uint8_t* data, uint32_t size)
+{
+    return size > 2 && data[0] == 0xFF && data[1] == 0xD8;
+}
+
 // False unless kind and size hold and all pixels lie inside the bytes.
 bool RawRead(const uint8_t* data, uint32_t size, RawHeader* header)
 {
     std::memcpy(header, data, sizeof *header);
     if (header->kind > RAW_4444 || header->width == 0 || header->height == 0) return false;
-    if (header->width > kLargestSide || header->height > kLargestSide) return false;
+    if (header->width > kMaxPictureSize || header->height > kMaxPictureSize) return false;
     const uint64_t pixelBytes = header->kind == RAW_32 ? 4 : 2;
     return pixelBytes * header->width * header->height <= size - sizeof *header;
 }
@@ -112,8 +116,13 @@ bool TextureSource_Header(const uint8_t* data, uint32_t size, int32_t* width, in
         *height = static_cast<int32_t>(header.height);
         return true;
     }
+    if (IsJPEG(data, size)) {  // its size stands behind what only the decoder can skip
+        uint8_t* pixels = ReadJPEG_Pixels(data, size, width, height);
+        MemoryManager::Free(pixels);
+        return pixels != nullptr;
+    }
     return ReadPNG_Header(data, size, width, height, false) && *width > 0 && *height > 0 &&
-           *width <= kLargestSide && *height <= kLargestSide;
+           *width <= kMaxPictureSize && *height <= kMaxPictureSize;
 }
 
 uint32_t* TextureSource_Decode(const uint8_t* data, uint32_t size, int32_t* width, int32_t* height)
@@ -121,7 +130,8 @@ uint32_t* TextureSource_Decode(const uint8_t* data, uint32_t size, int32_t* widt
     if (!data) return nullptr;
     if (IsRaw(data, size)) return RawDecode(data, size, width, height);
     return reinterpret_cast<uint32_t*>(
-        ReadPNG_Pixels(data, size, width, height, g_TexturesOnDemand));
+        IsJPEG(data, size) ? ReadJPEG_Pixels(data, size, width, height)
+                           : ReadPNG_Pixels(data, size, width, height, g_TexturesOnDemand));
 }
 
 bool Textures_Load(const uint8_t* chunk, uint32_t size, uint8_t* archiveBase, uint8_t* tpagChunk,
