@@ -9,6 +9,7 @@
 #include "Files/Graphics/Draw_Passes.h"
 #include "Files/Graphics/Draw_State.h"
 #include "Files/Graphics/Gui.h"
+#include "Files/Graphics/Quad.h"
 #include "Files/Graphics/Surface.h"
 #include "Files/Graphics/View_Matrix.h"
 #include "Files/Graphics/Window.h"
@@ -179,6 +180,7 @@ void Draw_Init()
     g_CursorFrame = 0;
     view_current = 0;
     g_ParticleLayers = nullptr;
+    g_CornerId = false;
 }
 
 void DrawRoom()
