@@ -84,6 +84,7 @@ void action_set_relative(bool relative, Here line)
 void action_move(CInstance* self, const char* directions, double speedPixels, Here line)
 {
     Frame::Line(line);
+    g_ActionRelative = false;
     Action_Move(self, directions, speedPixels);
 }
 

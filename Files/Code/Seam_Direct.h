@@ -26,6 +26,7 @@ CInstance* action_create_object(CInstance* self, Object object, Place place,
 void action_kill_object(CInstance* self, Here line = Here::current());
 void action_set_relative(bool relative, Here line = Here::current());
 // `directions`: nine characters, "0" or "1", of the grid 225 270 315 180 stop 0 135 90 45.
+// The speed is absolute: the relative flag is cleared first.
 void action_move(CInstance* self, const char* directions, double speedPixels,
                  Here line = Here::current());
 
