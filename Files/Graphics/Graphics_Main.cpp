@@ -1,6 +1,7 @@
 // The start, the reset and the end of everything that draws.
 
 #include "Files/Base/Archive_Main.h"
+#include "Files/Base/Console.h"
 #include "Files/Graphics/Batch.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/GpuState.h"
@@ -41,6 +42,8 @@ bool Graphics_Start()
     Batch_Init();
     Batch_SetMethod(ChosenBatchMethod());
     Matrix_SetDevice(DeviceMatrix::World, kIdentityMatrix);
+    if (g_Switches.compressTextures)
+        g_DebugConsole->Output("Textures are not compressed: the plain format is used\n");
     g_TexturesOnDemand = g_IniOptions.createTexturesOnDemand;
     g_TextureGlobalScale = 1;
     Surface_Init();

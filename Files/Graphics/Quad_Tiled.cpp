@@ -32,6 +32,38 @@ int32_t PieceVertices(int64_t wanted)
     return static_cast<int32_t>(std::min(wanted, most - most % 6));
 }
 
+// A field of equal tiles, row by row from its top left.
+struct TileField {
+    GpuTexture* texture;
+    QuadTexels texels;
+    QuadColours colours;
+    float left, top, width, height;  // of the first tile
+    float stepX, stepY;
+    int32_t columns, rows;
+};
+
+void SendField(const TileField& field)
+{
+    int64_t rest = int64_t{6} * field.columns * field.rows;
+    VertexTextured* v = nullptr;
+    int32_t piece = 0;
+    for (int32_t row = 0; row < field.rows; ++row)
+        for (int32_t column = 0; column < field.columns; ++column, v += 6, piece -= 6) {
+            if (piece == 0) {
+                piece = PieceVertices(rest);
+                rest -= piece;
+                v = static_cast<VertexTextured*>(
+                    Batch_Alloc(PRIMITIVE_TRIANGLES, field.texture, kStrideTextured, piece));
+                if (!v) return;
+            }
+            const float x = field.left + static_cast<float>(column) * field.stepX;
+            const float y = field.top + static_cast<float>(row) * field.stepY;
+            Quad_Write(v, Quad_Upright(x, y, x + field.width, y + field.height), field.texels,
+                       field.colours);
+            ++g_GraphicsStats.sprites;
+        }
+}
+
 // Where a pixel-tiled axis starts: at or left of the area's edge when tiled.
 int32_t PixelStart(float position, int32_t size, bool tiled, float viewStart)
 {
@@ -95,29 +127,11 @@ bool Quad_EntryTiled(ArchivePageEntry* entry, float xorigin, float yorigin, floa
         RunOver(y - yorigin * yscale, tileH, vtile, g_ViewArea.y, g_ViewArea.height);
     const float left = across.start + static_cast<float>(entry->targetX) * xscale;
     const float top = down.start + static_cast<float>(entry->targetY) * yscale;
-    const float width = static_cast<float>(entry->targetWidth) * xscale;
-    const float height = static_cast<float>(entry->targetHeight) * yscale;
-    const QuadTexels texels = Quad_EntryTexels(*entry, *slot);
-    const QuadColours colours = Quad_OneColour(VertexColour(colour, alpha));
-
-    int64_t rest = int64_t{6} * across.count * down.count;
-    VertexTextured* v = nullptr;
-    int32_t piece = 0;
-    for (int32_t row = 0; row < down.count; ++row)
-        for (int32_t column = 0; column < across.count; ++column, v += 6, piece -= 6) {
-            if (piece == 0) {
-                piece = PieceVertices(rest);
-                rest -= piece;
-                v = static_cast<VertexTextured*>(
-                    Batch_Alloc(PRIMITIVE_TRIANGLES, slot->texture, kStrideTextured, piece));
-                if (!v) return true;
-            }
-            const float tileX = left + static_cast<float>(column) * tileW;
-            const float tileY = top + static_cast<float>(row) * tileH;
-            Quad_Write(v, Quad_Upright(tileX, tileY, tileX + width, tileY + height), texels,
-                       colours);
-            ++g_GraphicsStats.sprites;
-        }
+    SendField({slot->texture, Quad_EntryTexels(*entry, *slot),
+               Quad_OneColour(VertexColour(colour, alpha)), left, top,
+               static_cast<float>(entry->targetWidth) * xscale,
+               static_cast<float>(entry->targetHeight) * yscale, tileW, tileH, across.count,
+               down.count});
     return true;
 }
 
