@@ -151,7 +151,7 @@ TEST_F(GLDevice, BuffersMasksTestsAndStencil)
             scene.State(STATE_STENCIL_ENABLE, 1);
             scene.State(STATE_STENCIL_REF, 3);
             scene.State(STATE_STENCIL_PASS, static_cast<uint32_t>(DeviceStencil::Replace));
-            scene.Rect(100, 10, 140, 42, kWhite, 0, 0, 2, 2);
+            scene.Rect(96, 10, 160, 42, kWhite, 0, 0, 2, 2);
             scene.State(STATE_STENCIL_FUNC, static_cast<uint32_t>(DeviceCompare::NotEqual));
             device.SetTexture(0, nullptr);
             scene.Rect(90, 0, 160, 60, 0xFF40C080);
