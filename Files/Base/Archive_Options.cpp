@@ -167,6 +167,7 @@ void Archive_ReadGeneral(const uint8_t* chunk, uint32_t)
     header.lastInstanceId = static_cast<int32_t>(from.lastInstanceId);
     header.lastTileId = static_cast<int32_t>(from.lastTileId);
     header.gameId = from.gameId;
+    std::memcpy(header.guid, from.guid, sizeof header.guid);
     if (version < kFullHeaderVersion) return;
     header.name = Text(from.name);
     header.displayName = Text(from.displayName);

@@ -66,11 +66,11 @@ public:
 
     bool bboxDirty = true;
     bool visible = true, solid = false, persistent = false;
-    bool marked = false;       // dead, waits for the purge
+    bool marked = false;  // dead, waits for the purge
     bool deactivated = false;
-    bool destroyed = false;    // the Destroy event has run
-    bool carried = false;      // came over from the last room
-    bool created = false;      // the Create event has run
+    bool destroyed = false;  // the Destroy event has run
+    bool carried = false;    // came over from the last room
+    bool created = false;    // the Create event has run
     uint64_t createCounter = 0;
     int32_t id = 0;
     int32_t object_index = 0;
@@ -109,7 +109,7 @@ public:
     CInstance* previous = nullptr;
     float depth = 0;
     float sortedDepth = 0;
-    int32_t tableSlot = -1;  // place in the global table of instances
-    bool inObjectLists = false;   // of changedFrom while a change is pending, else of object
-    bool depthPending = false;    // stands in g_DepthChanges
+    int32_t tableSlot = -1;      // place in the global table of instances
+    bool inObjectLists = false;  // of changedFrom while a change is pending, else of object
+    bool depthPending = false;   // stands in g_DepthChanges
 };

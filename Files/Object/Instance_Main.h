@@ -9,14 +9,17 @@
 
 class CRoom;
 
-extern uint64_t g_PhaseCounter;   // raised by every walk over instances
-extern int32_t g_MarkedCount;     // instances marked since the last purge
-extern int32_t lastInstanceId;    // highest id given
+extern uint64_t g_PhaseCounter;  // raised by every walk over instances
+extern int32_t g_MarkedCount;    // instances marked since the last purge
+extern int32_t lastInstanceId;   // highest id given
 
 extern VxVector<CInstance*> g_DepthChanges, g_ObjectChanges, g_ActivationChanges;
 
 // A walk's snapshot: takes the counter and raises it.
-inline uint64_t Walk_Begin() { return g_PhaseCounter++; }
+inline uint64_t Walk_Begin()
+{
+    return g_PhaseCounter++;
+}
 // The test of every walk: alive and not made during it.
 inline bool Walk_Takes(const CInstance* instance, uint64_t snapshot)
 {
@@ -80,6 +83,6 @@ int32_t Instance_Number(int32_t number, CInstance* self, CInstance* other);
 bool Instance_Exists(int32_t number, CInstance* self, CInstance* other);
 
 // ---- per-step updates
-void Instance_Animate(CInstance* instance);   // can fire Animation End
+void Instance_Animate(CInstance* instance);  // can fire Animation End
 void Instance_FrictionAndGravity(CInstance* instance);
 bool Instance_UpdatePath(CInstance* instance);  // true when a path ended

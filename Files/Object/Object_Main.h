@@ -113,17 +113,17 @@ public:
 };
 
 // ---- the table of objects
-void Object_Init();    // at start-up
-void Object_Quit();    // frees all objects
+void Object_Init();  // at start-up
+void Object_Quit();  // frees all objects
 bool Object_Load(const uint8_t* chunk, uint32_t size, const uint8_t* archiveBase);
-bool Object_Prepare();  // binds events and parents; false ends start-up
+bool Object_Prepare();           // binds events and parents; false ends start-up
 void Object_BuildEventTables();  // at StartGame: g_EventObjects and the collision pairs
 // Enters an object made by hand, for tests and tools: owned by the table from here.
 // Takes object->index, or the next free index when that is -1. The index, or -1 when
 // it is taken; the object is then deleted.
 int32_t Object_Add(CObjectSW* object);
-int32_t Object_Count();          // highest index + 1, empty slots included
-CObjectSW* Object_Data(int32_t index);  // null when there is none
+int32_t Object_Count();                  // highest index + 1, empty slots included
+CObjectSW* Object_Data(int32_t index);   // null when there is none
 const char* Object_Name(int32_t index);  // "<undefined>" when there is none
 int32_t Object_Find(const char* name);   // -1 when there is none
 
