@@ -9,7 +9,7 @@
 
 namespace archive {
 
-// One PNG page of the texture atlas, encoded.
+// One PNG page of the texture atlas, encoded. Without a picture it is an empty slot.
 struct Page {
     std::vector<uint8_t> png;
     uint32_t flags = 0;

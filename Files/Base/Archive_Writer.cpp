@@ -49,7 +49,7 @@ private:
     template <class Body>
     void Chunk(const char (&tag)[5], Body body, bool aligned = true);
     // A count, that many offsets, and the records, each by put(record). A record with
-    // an empty name is an empty slot.
+    // an empty name, and a page without a picture, is an empty slot.
     template <class T, class PutRecord>
     void List(const std::vector<T>& records, PutRecord put);
 
@@ -90,6 +90,7 @@ template <class T>
 bool IsEmptySlot(const T& record)
 {
     if constexpr (requires { record.name; }) return record.name.empty();
+    if constexpr (requires { record.png; }) return record.png.empty();
     return false;
 }
 
@@ -454,14 +455,18 @@ void Writer::PutStrings()
 
 void Writer::PutPages()
 {
-    std::vector<uint32_t> records;
+    struct Use {
+        uint32_t record;
+        const Page* page;
+    };
+    std::vector<Use> uses;
     List(content_.pages, [&](const Page& page) {
-        records.push_back(Put(ArchivePage{page.flags, 0}));
+        uses.push_back({Put(ArchivePage{page.flags, 0}), &page});
     });
-    for (size_t i = 0; i < records.size(); ++i) {
+    for (const Use& use : uses) {
         Align(kPictureAlignment);
-        SetWord(records[i] + offsetof(ArchivePage, data), At());
-        PutBytes(content_.pages[i].png);
+        SetWord(use.record + offsetof(ArchivePage, data), At());
+        PutBytes(use.page->png);
     }
 }
 

@@ -72,6 +72,19 @@ TEST(ArchiveRoundTrip, EmptyContentIsAnArchive)
     EXPECT_TRUE(back == Content{});
 }
 
+TEST(ArchiveRoundTrip, SlotsWithoutARecordStayEmpty)
+{
+    Content content = SampleContent();
+    content.pages.push_back({});
+    content.pages.insert(content.pages.begin(), Page{});
+    content.rooms.insert(content.rooms.begin(), Room{});
+    content.waves.push_back({});
+    Content back;
+    std::string error;
+    ASSERT_TRUE(Read(Write(content), &back, &error)) << error;
+    EXPECT_TRUE(back == content);
+}
+
 TEST(ArchiveRoundTrip, OlderHeadersAreShorter)
 {
     for (const int version : {7, 8, 10, 11, 12, 13, 14}) {
