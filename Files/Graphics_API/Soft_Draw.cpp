@@ -252,9 +252,8 @@ void Soft_DrawVertices(DevicePrimitive primitive, int32_t stride, const uint8_t*
     if (shapes <= 0 || !Device_KnownStride(stride)) return;
     SoftDraw draw;
     Soft_PrepareDraw(draw);
-    if (draw.left >= draw.right || draw.top >= draw.bottom || draw.writeMask == 0) {
-        if (!draw.depth.on || draw.left >= draw.right || draw.top >= draw.bottom) return;
-    }
+    if (draw.left >= draw.right || draw.top >= draw.bottom) return;
+    if (draw.writeMask == 0 && !draw.depth.on) return;
     Drawer drawer(draw, stride, vertices);
     if (primitive == DevicePrimitive::PointList)
         drawer.Points(shapes);
