@@ -59,9 +59,14 @@ TEST_F(BuiltinsTest, WithoutSoundAndPads)
     EXPECT_EQ(Number("audio_is_paused", {0.0}), 0);
     EXPECT_EQ(Text("audio_get_name", {-1.0}), "<undefined>");
     Call("gamepad_set_axis_deadzone", {0.0, 0.5});
-    EXPECT_EQ(Number("gamepad_axis_value", {0.0, double(0x8011)}), 0);
-    EXPECT_EQ(Number("gamepad_button_check", {0.0, double(0x8001)}), 0);
     EXPECT_TRUE(Reports().empty());
+    // What only seems to work would be forgotten.
+    Call("audio_play_sound", {0.0, 1.0, 0.0});
+    ExpectReport("audio_play_sound is not there yet");
+    Call("gamepad_axis_value", {0.0, double(0x8011)});
+    ExpectReport("gamepad_axis_value is not there yet");
+    Call("ds_list_create", {});
+    ExpectReport("ds_list_create is not there yet");
 }
 
 }  // namespace
