@@ -156,6 +156,15 @@ Value Describer::CodeWords(const ChunkPlace& chunk) const
     return Words(at + 4, ArchiveCopy<uint32_t>(at));
 }
 
+template <size_t N>
+std::string Hex(const uint8_t (&bytes)[N])
+{
+    std::string text;
+    for (const uint8_t byte : bytes)
+        for (const int shift : {4, 0}) text += "0123456789abcdef"[byte >> shift & 15];
+    return text;
+}
+
 Value Describer::General(const ChunkPlace& chunk) const
 {
     archive::Image image(base_, chunk.offset + chunk.size);
@@ -169,6 +178,7 @@ Value Describer::General(const ChunkPlace& chunk) const
         {"lastInstanceId", record.lastInstanceId},
         {"lastTileId", record.lastTileId},
         {"gameId", record.gameId},
+        {"guid", Hex(record.guid)},
         {"name", Text(record.name)},
         {"major", record.major},
         {"minor", record.minor},
