@@ -2,6 +2,7 @@
 
 #include "Host/Host_SDL.h"
 
+#include <cstdlib>
 #include <cstring>
 
 #include "Host/Posix_Files.h"
@@ -21,15 +22,28 @@ void FreePicture()
     g_window.textureWidth = g_window.textureHeight = 0;
 }
 
+// Without a display SDL falls back to drivers that draw into the void, which only
+// one who named such a driver can want.
+bool ShowsPictures()
+{
+    const char* driver = SDL_GetCurrentVideoDriver();
+    if (getenv("SDL_VIDEODRIVER") || !driver) return true;
+    return strcmp(driver, "offscreen") != 0 && strcmp(driver, "dummy") != 0;
+}
+
 bool StartVideo()
 {
     if (SDL_WasInit(SDL_INIT_VIDEO)) return true;
     SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
     SDL_SetHint(SDL_HINT_VIDEO_MINIMIZE_ON_FOCUS_LOSS, "0");
     SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
-    if (SDL_Init(SDL_INIT_VIDEO) == 0) return true;
-    g_window.error = VxString("No display can be reached (") + SDL_GetError() +
-                     "): set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
+    if (SDL_Init(SDL_INIT_VIDEO) == 0) {
+        if (ShowsPictures()) return true;
+        SDL_Quit();
+    }
+    const VxString reason = SDL_GetError();
+    g_window.error = "No display can be reached" + (reason.empty() ? reason : " (" + reason + ")") +
+                     ": set DISPLAY for an X server or WAYLAND_DISPLAY for a Wayland one.";
     return false;
 }
 
@@ -50,7 +64,6 @@ Uint32 Style(const HostWindowRequest& request)
     Uint32 style = SDL_WINDOW_HIDDEN;
     if (!request.border) style |= SDL_WINDOW_BORDERLESS;
     if (request.sizeable) style |= SDL_WINDOW_RESIZABLE;
-    if (request.fullscreen) style |= SDL_WINDOW_FULLSCREEN_DESKTOP;
     return style;
 }
 
@@ -58,6 +71,27 @@ SDL_Window* Open(const HostWindowRequest& request, Uint32 more)
 {
     return SDL_CreateWindow(request.caption, SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                             request.clientWidth, request.clientHeight, Style(request) | more);
+}
+
+// On an X server without a window manager nobody serves the wish for full-screen, so
+// there the window is stretched by hand first.
+void CoverDesktop()
+{
+    const char* driver = SDL_GetCurrentVideoDriver();
+    SDL_Rect area;
+    if (!driver || strcmp(driver, "x11") != 0) return;
+    if (SDL_GetDisplayBounds(SDL_GetWindowDisplayIndex(g_window.window), &area) != 0) return;
+    SDL_SetWindowBordered(g_window.window, SDL_FALSE);
+    SDL_SetWindowPosition(g_window.window, area.x, area.y);
+    SDL_SetWindowSize(g_window.window, area.w, area.h);
+}
+
+void SetFullscreen(bool on)
+{
+    g_window.fullscreen = on;
+    if (on) CoverDesktop();
+    SDL_SetWindowFullscreen(g_window.window, on ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+    if (!on && g_window.border) SDL_SetWindowBordered(g_window.window, SDL_TRUE);
 }
 
 bool Create(const HostWindowRequest& request)
@@ -72,7 +106,8 @@ bool Create(const HostWindowRequest& request)
         g_window.error = VxString("No window can be opened: ") + SDL_GetError();
         return false;
     }
-    g_window.fullscreen = request.fullscreen;
+    g_window.border = request.border;
+    if (request.fullscreen) SetFullscreen(true);
     SDL_StartTextInput();
     return true;
 }
@@ -111,12 +146,6 @@ void SetLimits(int32_t minWidth, int32_t minHeight, int32_t maxWidth, int32_t ma
                              minHeight > 0 ? minHeight : 1);
     SDL_SetWindowMaximumSize(g_window.window, maxWidth > 0 ? maxWidth : 16384,
                              maxHeight > 0 ? maxHeight : 16384);
-}
-
-void SetFullscreen(bool on)
-{
-    g_window.fullscreen = on;
-    SDL_SetWindowFullscreen(g_window.window, on ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
 }
 
 bool HasFocus()

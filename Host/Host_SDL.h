@@ -14,6 +14,7 @@ struct Window {
     SDL_Texture* texture = nullptr;
     int32_t textureWidth = 0, textureHeight = 0;
     bool fullscreen = false;
+    bool border = true;  // outside of full-screen
     VxString error;
 };
 extern Window g_window;
