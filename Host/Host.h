@@ -110,10 +110,15 @@ struct HostFilesTable {
     // Whole content into a block of MemoryManager, with a zero byte behind it; null on failure.
     uint8_t* (*ReadAll)(const char* path, uint32_t* size);
     bool (*WriteAll)(const char* path, const void* data, uint32_t size);
+    // As WriteAll; a file that is made new is the user's alone.
+    bool (*WritePrivate)(const char* path, const void* data, uint32_t size);
     bool (*Append)(const char* path, const void* data, uint32_t size);
     bool (*Delete)(const char* path);
     bool (*Rename)(const char* from, const char* to);
     bool (*MakeFolder)(const char* path, int32_t mode);  // true also when it stands
+    bool (*RemoveFolder)(const char* path);              // an empty one
+    bool (*Writable)(const char* path);                  // by this user
+    bool (*MakeWritable)(const char* path);
     // Visits the entries of a folder in ascending byte order of their names.
     bool (*List)(const char* folder,
                  void (*visit)(void* context, const char* name, bool folder, uint64_t size),

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <errno.h>
+#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -15,6 +16,8 @@ namespace posix {
 
 namespace {
 
+constexpr mode_t kPrivateFile = 0600;
+
 // errno of the last failed call, as text.
 int g_lastErrno = 0;
 
@@ -24,9 +27,8 @@ bool Fail()
     return false;
 }
 
-bool WriteWith(const char* path, const char* mode, const void* data, uint32_t size)
+bool WriteAndClose(FILE* file, const void* data, uint32_t size)
 {
-    FILE* file = fopen(path, mode);
     if (!file) return Fail();
     const bool written = fwrite(data, 1, size, file) == size;
     if (!written) g_lastErrno = errno;
@@ -86,12 +88,18 @@ uint8_t* ReadAll(const char* path, uint32_t* size)
 
 bool WriteAll(const char* path, const void* data, uint32_t size)
 {
-    return WriteWith(path, "wb", data, size);
+    return WriteAndClose(fopen(path, "wb"), data, size);
+}
+
+bool WritePrivate(const char* path, const void* data, uint32_t size)
+{
+    const int file = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kPrivateFile);
+    return file < 0 ? Fail() : WriteAndClose(fdopen(file, "wb"), data, size);
 }
 
 bool Append(const char* path, const void* data, uint32_t size)
 {
-    return WriteWith(path, "ab", data, size);
+    return WriteAndClose(fopen(path, "ab"), data, size);
 }
 
 bool Delete(const char* path)
@@ -106,7 +114,26 @@ bool Rename(const char* from, const char* to)
 bool MakeFolder(const char* path, int32_t mode)
 {
     if (mkdir(path, static_cast<mode_t>(mode)) == 0) return true;
-    return errno == EEXIST ? FolderExists(path) : Fail();
+    Fail();
+    return errno == EEXIST && FolderExists(path);
+}
+
+bool RemoveFolder(const char* path)
+{
+    return rmdir(path) == 0 || Fail();
+}
+
+bool Writable(const char* path)
+{
+    return access(path, W_OK) == 0 || Fail();
+}
+
+bool MakeWritable(const char* path)
+{
+    struct stat info;
+    if (stat(path, &info) != 0) return Fail();
+    const mode_t more = S_IWUSR | (S_ISDIR(info.st_mode) ? S_IRUSR | S_IXUSR : 0);
+    return chmod(path, (info.st_mode & 07777) | more) == 0 || Fail();
 }
 
 bool List(const char* folder,

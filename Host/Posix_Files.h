@@ -9,10 +9,14 @@ bool Exists(const char* path);
 bool FolderExists(const char* path);
 uint8_t* ReadAll(const char* path, uint32_t* size);
 bool WriteAll(const char* path, const void* data, uint32_t size);
+bool WritePrivate(const char* path, const void* data, uint32_t size);  // mode 0600
 bool Append(const char* path, const void* data, uint32_t size);
 bool Delete(const char* path);
 bool Rename(const char* from, const char* to);
 bool MakeFolder(const char* path, int32_t mode);
+bool RemoveFolder(const char* path);
+bool Writable(const char* path);
+bool MakeWritable(const char* path);
 bool List(const char* folder,
           void (*visit)(void* context, const char* name, bool folder, uint64_t size),
           void* context);

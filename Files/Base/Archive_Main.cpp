@@ -35,6 +35,7 @@ constexpr char kGameFile[] = "data.win";
 constexpr char kOptionsFile[] = "options.ini";
 constexpr char kDebugExtension[] = ".vxdebug";
 constexpr uint32_t kBlackOpaque = 0xFF000000U;
+constexpr size_t kRuleLength = 73;  // of the lines round the folder's notice
 
 // ---- finding the archive
 
@@ -52,6 +53,15 @@ VxString FolderOf(const VxString& path)
     size_t cut = path.rfind('/');
     if (cut == VxString::npos) cut = path.rfind('\\');
     return cut == VxString::npos ? VxString() : path.substr(0, cut + 1);
+}
+
+void SetWorkingDirectory(const VxString& folder)
+{
+    const VxString rule(kRuleLength, '#');
+    g_WorkingDirectory = folder;
+    g_DebugConsole->Output("%s\n", rule.c_str());
+    g_DebugConsole->Output("####!!!!$$$$$$ pwd - %s\n", folder.c_str());
+    g_DebugConsole->Output("%s\n", rule.c_str());
 }
 
 VxString DebugCompanionPath(const VxString& game)
@@ -323,7 +333,7 @@ bool RunnerLoadGame(const RunnerData& attachment)
     DropArchive();
     g_RunnerData = attachment;
     g_GamePath = attachment.archive ? g_Host.files.ProgramPath() : g_Switches.game;
-    g_WorkingDirectory = FolderOf(g_GamePath.empty() ? g_Host.files.ProgramPath() : g_GamePath);
+    SetWorkingDirectory(FolderOf(g_GamePath.empty() ? g_Host.files.ProgramPath() : g_GamePath));
     Archive_ReadIniOptions(g_WorkingDirectory + kOptionsFile);
     if (!g_GamePath.empty()) ReadDebugCompanion(DebugCompanionPath(g_GamePath));
     if (!TakeArchive(attachment)) {

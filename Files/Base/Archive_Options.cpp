@@ -118,7 +118,10 @@ void ApplyDefaultSection()
     options.orientPortrait = ReadTruth("DEFAULT", "OrientPortrait", options.orientPortrait);
     options.orientPortraitFlipped =
         ReadTruth("DEFAULT", "OrientPortraitFlipped", options.orientPortraitFlipped);
-    if (g_optionsText.ReadInteger("DEFAULT", "Debug", 0) != 0) g_Switches.debug = true;
+    if (g_optionsText.ReadInteger("DEFAULT", "Debug", 0) != 0) {
+        g_Switches.debug = true;
+        g_DebugConsole = g_ErrorConsole;
+    }
     if (g_optionsText.ReadInteger("DEFAULT", "Trace", 0) != 0) g_Switches.trace = true;
 }
 

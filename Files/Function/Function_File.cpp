@@ -1,64 +1,123 @@
-// Files. What reads INI files is here; what writes, and the other file functions,
-// is still to come.
+// Files and folders as wholes: looking, copying, deleting, searching, unpacking.
 
+#include "Files/Function/Function_File.h"
+
+#include "Files/Base/Error.h"
 #include "Files/Function/Arguments.h"
 #include "Files/Function/Function_Later.h"
 #include "Files/Function/Function_Registry.h"
+#include "Files/IO/File_Csv.h"
+#include "Files/IO/File_Disk.h"
+#include "Files/IO/File_Names.h"
+#include "Files/IO/File_Zip.h"
 #include "Files/IO/Ini_File.h"
+#include "Host/Host.h"
 
 namespace {
 
-BUILTIN(F_ini_open)
+BUILTIN(F_file_exists)
 {
-    Ini_Open(ArgText(args, argc, 0));
-}
-BUILTIN(F_ini_open_from_string)
-{
-    Ini_OpenFromString(ArgText(args, argc, 0));
-}
-BUILTIN(F_ini_close)
-{
-    VXCreateString(&result, Ini_Close().c_str());
+    const VXText name = ArgText(args, argc, 0);
+    SetBool(result, BundleFileExists(name) || SaveFileExists(name));
 }
 
-BUILTIN(F_ini_read_string)
+BUILTIN(F_file_delete)
 {
-    const VXText section = ArgText(args, argc, 0), key = ArgText(args, argc, 1);
-    const VXText fallback = argc > 2 ? ToText(&args[2]) : VXText();
-    VXCreateString(&result, Ini_ReadString(section, key, fallback).c_str());
+    const VXText name = ArgText(args, argc, 0);
+    SetBool(result, SaveFileExists(name) && DeleteSaveFile(name));
 }
 
-BUILTIN(F_ini_read_real)
+BUILTIN(F_file_rename)
 {
-    const VXText section = ArgText(args, argc, 0), key = ArgText(args, argc, 1);
-    SetReal(result, Ini_ReadReal(section, key, ArgReal(args, argc, 2)));
+    SetBool(result, RenameSaveFile(ArgText(args, argc, 0), ArgText(args, argc, 1)));
 }
 
-BUILTIN(F_ini_key_exists)
+// 0 when it was copied.
+BUILTIN(F_file_copy)
 {
-    const VXText section = ArgText(args, argc, 0), key = ArgText(args, argc, 1);
-    SetBool(result, Ini_KeyExists(section, key));
+    SetReal(result, CopyToSaveFile(ArgText(args, argc, 0), ArgText(args, argc, 1)) ? 0 : -1);
 }
 
-BUILTIN(F_ini_section_exists)
+bool IsFolder(const MappedPath& path)
 {
-    SetBool(result, Ini_SectionExists(ArgText(args, argc, 0)));
+    return !path.Empty() && g_Host.files.FolderExists(path);
+}
+
+BUILTIN(F_directory_exists)
+{
+    const VXText name = ArgText(args, argc, 0);
+    SetBool(result, IsFolder(MappedPath(GetSaveFileName, name)) ||
+                        IsFolder(MappedPath(GetBundleFileName, name)));
+}
+
+BUILTIN(F_directory_create)
+{
+    SetBool(result, CreateDirectoryTree(MappedPath(GetSaveFileName, ArgText(args, argc, 0))));
+}
+
+BUILTIN(F_directory_destroy)
+{
+    SetBool(result, DestroyDirectory(MappedPath(GetSaveFileName, ArgText(args, argc, 0))));
+}
+
+BUILTIN(F_file_find_first)
+{
+    VXCreateString(&result, FileFind_First(ArgText(args, argc, 0), ArgInt(args, argc, 1)));
+}
+BUILTIN(F_file_find_next)
+{
+    VXCreateString(&result, FileFind_Next());
+}
+BUILTIN(F_file_find_close)
+{
+    FileFind_Close();
+}
+
+BUILTIN(F_file_attributes)
+{
+    const int32_t attributes = File_NamedAttributes(ArgText(args, argc, 0));
+    SetBool(result, (attributes & ArgInt(args, argc, 1)) != 0);
+}
+
+// Rows of cells wait for the grids that are to hold them.
+BUILTIN(F_load_csv)
+{
+    SetReal(result, -1);
+    if (argc < 1 || args[0].Kind() != VALUE_STRING) {
+        Error_Show("load_csv - parameter should be a filename", false);
+        return;
+    }
+    uint32_t size = 0;
+    uint8_t* text = ReadNamedFile(ArgText(args, argc, 0), &size);
+    if (!text) return;
+    const CsvRows rows = Csv_Parse(reinterpret_cast<const char*>(text), size);
+    MemoryManager::Free(text);
+    if (!rows.empty()) Error_NotThereYet("load_csv");
+}
+
+BUILTIN(F_zip_unzip)
+{
+    const VXText name = ArgText(args, argc, 0);
+    const NameMapping mapping = SaveFileExists(name) ? GetSaveFileName : GetBundleFileName;
+    const MappedPath archive(mapping, name, kScriptPathSize);
+    const MappedPath folder(GetSaveFileName, ArgText(args, argc, 1), kScriptPathSize);
+    SetReal(result, Zip_UnpackFile(archive, folder));
 }
 
 constexpr BuiltinRow kRows[] = {
-    {"ini_open", F_ini_open, 1},
-    {"ini_open_from_string", F_ini_open_from_string, 1},
-    {"ini_close", F_ini_close, 0},
-    {"ini_read_string", F_ini_read_string, 3},
-    {"ini_read_real", F_ini_read_real, 3},
-    {"ini_key_exists", F_ini_key_exists, 2},
-    {"ini_section_exists", F_ini_section_exists, 1},
-    {"ini_write_string", NotThereYet, 3},
-    {"ini_write_real", NotThereYet, 3},
-    {"ini_key_delete", NotThereYet, 2},
-    {"ini_section_delete", NotThereYet, 1},
-    {"file_exists", NotThereYet, 1},
-    {"file_delete", NotThereYet, 1},
+    {"file_exists", F_file_exists, 1},
+    {"file_delete", F_file_delete, 1},
+    {"file_rename", F_file_rename, 2},
+    {"file_copy", F_file_copy, 2},
+    {"directory_exists", F_directory_exists, 1},
+    {"directory_create", F_directory_create, 1},
+    {"directory_destroy", F_directory_destroy, 1},
+    {"file_find_first", F_file_find_first, 2},
+    {"file_find_next", F_file_find_next, 0},
+    {"file_find_close", F_file_find_close, 0},
+    {"file_attributes", F_file_attributes, 2},
+    {"load_csv", F_load_csv, 1},
+    {"zip_unzip", F_zip_unzip, 2},
 };
 
 }  // namespace
@@ -66,8 +125,19 @@ constexpr BuiltinRow kRows[] = {
 void Function_File_Register()
 {
     Function_AddRows(kRows);
+    Function_File_RegisterNames();
+    Function_File_RegisterText();
+    Function_File_RegisterBinary();
+    Function_File_RegisterLegacy();
+    Function_File_RegisterIni();
 }
+
 void Function_File_Close()
 {
     Ini_Quit();
+    Function_File_CloseText();
+    Function_File_CloseBinary();
+    Function_File_CloseLegacy();
+    FileFind_Close();
+    FileNames_Quit();
 }

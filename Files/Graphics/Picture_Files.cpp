@@ -3,47 +3,21 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Files/Base/Archive_Main.h"
 #include "Files/Base/Archive_Records.h"
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Batch.h"
 #include "Files/Graphics/Bitmap.h"
 #include "Files/Graphics/TextureSlots.h"
-#include "Host/Host.h"
+#include "Files/IO/File_Disk.h"
+#include "Files/IO/File_Names.h"
 
 namespace {
 
-constexpr int32_t kFolderMode = 0755;
 constexpr uint32_t kColourBits = 0xFFFFFFU;
 
 size_t Count(int32_t width, int32_t height)
 {
     return static_cast<size_t>(width) * static_cast<size_t>(height);
-}
-
-// A name that can't lead out of the folder that it is put into.
-bool StaysInside(const char* name)
-{
-    if (name[0] == '/' || name[0] == '\0') return false;
-    for (const char* at = std::strstr(name, ".."); at; at = std::strstr(at + 1, "..")) {
-        const bool starts = at == name || at[-1] == '/';
-        const bool ends = at[2] == '\0' || at[2] == '/';
-        if (starts && ends) return false;
-    }
-    return true;
-}
-
-VxString SaveFolder()
-{
-    return g_Host.files.LocalData() + g_GameHeader.fileName + "/";
-}
-
-// The folders of a file name, made one by one.
-void MakeFolders(const VxString& path)
-{
-    for (size_t slash = path.find('/', 1); slash != VxString::npos;
-         slash = path.find('/', slash + 1))
-        g_Host.files.MakeFolder(path.substr(0, slash).c_str(), kFolderMode);
 }
 
 bool Transparent(const uint32_t* pixels, int32_t width, int32_t height, int32_t x, int32_t y)
@@ -66,9 +40,7 @@ int32_t TransparentNeighbours(const uint32_t* pixels, int32_t width, int32_t hei
 
 uint8_t* Picture_ReadFile(const char* name, uint32_t* size)
 {
-    if (!StaysInside(name)) return nullptr;
-    if (uint8_t* bytes = g_Host.files.ReadAll((SaveFolder() + name).c_str(), size)) return bytes;
-    return g_Host.files.ReadAll((g_WorkingDirectory + name).c_str(), size);
+    return ReadNamedFile(name, size);
 }
 
 uint32_t* Picture_OfEntry(const ArchivePageEntry& entry)
@@ -112,7 +84,8 @@ CBitmap32* Picture_Load(const char* name)
 
 bool Picture_Save(const char* name, const uint32_t* pixels, int32_t width, int32_t height)
 {
-    if (!StaysInside(name) || !pixels || width <= 0 || height <= 0) {
+    const MappedPath path(GetSaveFileName, name);
+    if (path.Empty() || !pixels || width <= 0 || height <= 0) {
         g_DebugConsole->Output("Picture file %s can't be written\n", name);
         return false;
     }
@@ -122,10 +95,8 @@ bool Picture_Save(const char* name, const uint32_t* pixels, int32_t width, int32
         const uint32_t pixel = pixels[i];
         swapped[i] = (pixel & 0xFF00FF00U) | (pixel & 0xFFU) << 16 | (pixel >> 16 & 0xFFU);
     }
-    const VxString path = SaveFolder() + name;
-    MakeFolders(path);
-    const bool written =
-        WritePNG(path.c_str(), reinterpret_cast<const uint8_t*>(swapped), width, height);
+    const bool written = CreateParentDirectories(path) &&
+                         WritePNG(path, reinterpret_cast<const uint8_t*>(swapped), width, height);
     MemoryManager::Free(swapped);
     return written;
 }

@@ -103,6 +103,29 @@ private:
     const char* const end_;
 };
 
+// The link of a list that leads to the first item of the name, or to its end.
+template <class Item, class Link>
+Link LinkTo(Link link, VxString Item::*name, const char* wanted)
+{
+    while (*link && (*link)->*name != wanted) link = &(*link)->next;
+    return link;
+}
+
+void DropFirst(IniEntry** link)
+{
+    IniEntry* entry = *link;
+    *link = entry->next;
+    VxDelete(entry);
+}
+
+void DropFirst(IniSection** link)
+{
+    IniSection* section = *link;
+    while (section->entries) DropFirst(&section->entries);
+    *link = section->next;
+    VxDelete(section);
+}
+
 }  // namespace
 
 bool IniText::Parse(const char* text, uint32_t size)
@@ -121,29 +144,44 @@ bool IniText::Parse(const char* text, uint32_t size)
 
 void IniText::Clear()
 {
-    while (IniSection* section = sections_) {
-        while (IniEntry* entry = section->entries) {
-            section->entries = entry->next;
-            VxDelete(entry);
-        }
-        sections_ = section->next;
-        VxDelete(section);
-    }
+    while (sections_) DropFirst(&sections_);
 }
 
 const IniSection* IniText::FindSection(const char* section) const
 {
-    const IniSection* found = sections_;
-    while (found && found->name != section) found = found->next;
-    return found;
+    return *LinkTo(&sections_, &IniSection::name, section);
 }
 
 const IniEntry* IniText::FindEntry(const char* section, const char* key) const
 {
     const IniSection* in = FindSection(section);
-    const IniEntry* found = in ? in->entries : nullptr;
-    while (found && found->key != key) found = found->next;
-    return found;
+    return in ? *LinkTo(&in->entries, &IniEntry::key, key) : nullptr;
+}
+
+IniEntry* IniText::Place(const char* section, const char* key)
+{
+    IniSection* in = *LinkTo(&sections_, &IniSection::name, section);
+    if (!in) in = sections_ = VxNew<IniSection>(IniSection{sections_, nullptr, section});
+    IniEntry* entry = *LinkTo(&in->entries, &IniEntry::key, key);
+    if (!entry) entry = in->entries = VxNew<IniEntry>(IniEntry{in->entries, key, VxString()});
+    return entry;
+}
+
+bool IniText::RemoveEntry(const char* section, const char* key)
+{
+    IniSection* in = *LinkTo(&sections_, &IniSection::name, section);
+    IniEntry** link = in ? LinkTo(&in->entries, &IniEntry::key, key) : nullptr;
+    if (!link || !*link) return false;
+    DropFirst(link);
+    return true;
+}
+
+bool IniText::RemoveSection(const char* section)
+{
+    IniSection** link = LinkTo(&sections_, &IniSection::name, section);
+    if (!*link) return false;
+    DropFirst(link);
+    return true;
 }
 
 const char* IniText::ReadString(const char* section, const char* key, const char* fallback) const

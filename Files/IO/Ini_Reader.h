@@ -45,6 +45,13 @@ public:
 
     const IniSection* Sections() const { return sections_; }  // last of the text first
 
+    // The entry of the key, made new at the front of its section, and that at the front
+    // of all, where they are missing.
+    IniEntry* Place(const char* section, const char* key);
+    // What FindEntry and FindSection find; false when there is none.
+    bool RemoveEntry(const char* section, const char* key);
+    bool RemoveSection(const char* section);
+
 private:
     IniSection* sections_ = nullptr;
 };

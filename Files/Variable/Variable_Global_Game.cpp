@@ -11,6 +11,7 @@
 #include "Files/Code/Script_Interface.h"
 #include "Files/Function/Function_Action.h"
 #include "Files/Graphics/Surface.h"
+#include "Files/IO/File_Names.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
 #include "Files/Run/Run_State.h"
@@ -29,7 +30,6 @@ namespace {
 using namespace rows;
 
 constexpr int32_t kArgumentRows = 16;
-constexpr uint32_t kSaveInRoaming = 0x2000;  // bit of the header's flags
 constexpr size_t kEnvironmentLength = 255;   // bytes of an environment variable that are read
 constexpr double kMicrosPerSecond = 1000000.0;
 
@@ -266,12 +266,7 @@ bool Get_program_directory(CInstance*, int32_t, RValue* out)
 
 bool Get_game_save_id(CInstance*, int32_t, RValue* out)
 {
-    const bool roaming = (g_GameHeader.infoFlags & kSaveInRoaming) != 0;
-    VxString folder = roaming ? g_Host.files.RoamingData() : g_Host.files.LocalData();
-    if (g_GameHeader.name.empty() || folder.empty()) return PutText(out, "");
-    folder += g_GameHeader.name;
-    folder += '/';
-    return PutText(out, folder.c_str());
+    return PutText(out, SavePrePend().c_str());
 }
 
 bool Get_game_id(CInstance*, int32_t, RValue* out)

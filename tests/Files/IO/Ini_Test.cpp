@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "tests/Files/Function/support_Builtins.h"
+#include "tests/Files/IO/support_Folders.h"
 
 namespace {
 
@@ -81,39 +81,94 @@ TEST_F(IniFixture, TextsThatAreNoIni)
     EXPECT_EQ(Value("u", "t"), "");
 }
 
-class IniBuiltins : public BuiltinsTest {
+// One text, one section "s" with one key: what the key is called and what it holds.
+TEST_F(IniFixture, OddLines)
+{
+    struct Line {
+        const char *text, *key, *value;  // a null value: no such key
+    };
+    const Line lines[] = {
+        {"k=v", "k", "v"},
+        {"k=v\n", "k", "v"},
+        {"k=v\r", "k", "v"},
+        {"k=v\r\n", "k", "v"},
+        {"k = v", "k", "v"},
+        {"\t k\t=\t v\t ", "k", "v"},
+        {"\r\n\r\nk=v", "k", "v"},
+        {"two words=v", "two words", "v"},
+        {"k=two  words", "k", "two  words"},
+        {"k=v;note", "k", "v"},
+        {"k=v#note", "k", "v"},
+        {"k=v ; note", "k", "v"},
+        {"k=;", "k", ""},
+        {"k=;\n", "k", nullptr},
+        {"k=", "k", ""},
+        {"k= \t", "k", ""},
+        {"k=\n", "k", nullptr},
+        {"k=\r", "k", nullptr},
+        {"k= # note\nl=w", "k", nullptr},
+        {"k= # note\nl=w", "l", "w"},
+        {"k=\nv\nl=w", "v\nl", "w"},
+        {"k;=v", "k", "v"},
+        {"k#;# =v", "k", "v"},
+        {"k;x=v", "k;x", "v"},
+        {";k=v", "k", nullptr},
+        {"# note\rk=v", "k", "v"},
+        {"; a=1 \\\nk=v", "k", "v"},
+        {"a\nk=v", "a\nk", "v"},
+        {"a\n;b\nk=v", "a\n;b\nk", "v"},
+        {"=v", "", "v"},
+        {"==v", "", "=v"},
+        {"k==v", "k", "=v"},
+        {"k=[v]", "k", "[v]"},
+        {"k[0]=v", "k[0]", "v"},
+        {"k=\"v\"", "k", "v"},
+        {"k='v'", "k", "v"},
+        {"k=\"v", "k", "v"},
+        {"k=\"v\nl=w", "l", "w"},
+        {"k='it\"s'", "k", "it\"s"},
+        {"k=\"it's\"", "k", "it's"},
+        {"k=\"a;b#c \" d", "k", "a;b#c "},
+        {"k=\"\"", "k", ""},
+        {"k=\"\" = w\nl=x", "l", "x"},
+        {"k=\"a\"b=c", "b", nullptr},
+        {"k=v\"w\"", "k", "v\"w\""},
+        {"k=a\\nb", "k", "a\\nb"},
+        {"k=\xC3\xA9\xFF", "k", "\xC3\xA9\xFF"},
+        {"\xEF\xBB\xBFk=v", "\xEF\xBB\xBFk", "v"},
+        {"k", "k", nullptr},
+        {"k=v\n[t]\nk=w", "k", "v"},
+        {"k\n[t]\nl=w", "k\n[t]\nl", "w"},
+    };
+    for (const Line& line : lines) {
+        Parse("[s]" + std::string(line.text));
+        const IniEntry* entry = ini.FindEntry("s", line.key);
+        ASSERT_EQ(entry != nullptr, line.value != nullptr) << line.text;
+        if (entry) {
+            EXPECT_STREQ(entry->value.c_str(), line.value) << line.text;
+        }
+    }
+}
+
+class IniBuiltins : public FoldersTest {
 protected:
-    void SetUp() override
-    {
-        BuiltinsTest::SetUp();
-        folder_ = testing::TempDir() + "ini_data/";
-        g_Host.files.MakeFolder(folder_.c_str(), 0755);
-        g_Host.files.MakeFolder((folder_ + "MarlowickGame").c_str(), 0755);
-        Stage_SetDataFolder(folder_.c_str());
-        g_GameHeader.fileName = "MarlowickGame";
-        g_WorkingDirectory = (folder_ + "bundle/").c_str();
-        g_Host.files.MakeFolder(g_WorkingDirectory.c_str(), 0755);
-    }
-    void TearDown() override
-    {
-        for (const char* name :
-             {"MarlowickGame/SaveGame.sav", "bundle/SaveGame.sav", "outside.sav"})
-            g_Host.files.Delete((folder_ + name).c_str());
-        VxString().swap(g_GameHeader.fileName);
-        VxString().swap(g_WorkingDirectory);
-        BuiltinsTest::TearDown();
-    }
-    void Write(const char* name, const std::string& text)
-    {
-        ASSERT_TRUE(g_Host.files.WriteAll((folder_ + name).c_str(), text.data(),
-                                          static_cast<uint32_t>(text.size())));
-    }
     std::string Speed()
     {
         return Text("ini_read_string", {"preferencias", "velocidade", "normal"});
     }
-    std::string folder_;
+    // The file's bytes after it is read, changed at one key, and written.
+    std::string Rewritten(const std::string& text)
+    {
+        Put(Saved("a.ini"), text);
+        Call("ini_open", {"a.ini"});
+        Call("ini_write_string", {"new", "k", "v"});
+        const std::string returned = Text("ini_close");
+        EXPECT_EQ(returned, Bytes(Saved("a.ini")));
+        return returned;
+    }
 };
+
+const std::string kNew = "[new]\r\nk=\"v\"\r\n";
 
 TEST_F(IniBuiltins, AMissingFileGivesTheDefaults)
 {
@@ -124,44 +179,111 @@ TEST_F(IniBuiltins, AMissingFileGivesTheDefaults)
     EXPECT_EQ(Number("ini_section_exists", {"preferencias"}), 0);
     EXPECT_EQ(Text("ini_close"), "");
     EXPECT_TRUE(Reports().empty());
-    EXPECT_FALSE(g_Host.files.Exists((folder_ + "MarlowickGame/SaveGame.sav").c_str()));
+    EXPECT_EQ(Count(root_), 0U) << "nothing was written";
 }
 
 TEST_F(IniBuiltins, TheSavedFileHidesTheOneBesideTheProgram)
 {
-    Write("bundle/SaveGame.sav", "[preferencias]\nvelocidade=slow\nvolume=0.5x\n");
+    Put(Bundled("SaveGame.sav"), "[preferencias]\nvelocidade=slow\nvolume=0.5x\nword=x1\n");
     Call("ini_open", {"SaveGame.sav"});
     EXPECT_EQ(Speed(), "slow");
     EXPECT_EQ(Number("ini_read_real", {"preferencias", "volume", 3.0}), 0.5);
+    EXPECT_EQ(Number("ini_read_real", {"preferencias", "word", 3.0}), 0);
     EXPECT_EQ(Number("ini_key_exists", {"preferencias", "volume"}), 1);
-    Write("MarlowickGame/SaveGame.sav", "[preferencias]\r\nvelocidade=\"fast\"\r\n");
+    Put(Saved("SaveGame.sav"), "[preferencias]\r\nvelocidade=\"fast\"\r\n");
     Call("ini_open", {"SaveGame.sav"});
     EXPECT_EQ(Speed(), "fast");
     EXPECT_EQ(Text("ini_close"), "[preferencias]\r\nvelocidade=\"fast\"\r\n");
 }
 
-TEST_F(IniBuiltins, NamesStayInsideTheirFolder)
+TEST_F(IniBuiltins, WhatSurvivesARoundTrip)
 {
-    Write("outside.sav", "[preferencias]\nvelocidade=fast\n");
-    for (const std::string& name : {std::string("../outside.sav"),
-                                    std::string("x/../../outside.sav"), folder_ + "outside.sav"}) {
-        Call("ini_open", {name.c_str()});
-        EXPECT_EQ(Speed(), "normal") << name;
-    }
-    Call("ini_close");
+    EXPECT_EQ(Rewritten(""), kNew);
+    EXPECT_EQ(Rewritten("stray=1\n[s]\n"), kNew + "[s]\r\n");
+    EXPECT_EQ(Rewritten("\xEF\xBB\xBF; note\n[s]\n\na=1 ; note\nb='two'\nc=\"thr#ee\"\n"),
+              kNew + "[s]\r\nc=\"thr#ee\"\r\nb=\"two\"\r\na=\"1\"\r\n")
+        << "keys in reverse, all values in quotes, no comments";
+    EXPECT_EQ(Rewritten("[s]\na=1\n[empty]\n[t]\nb=2"),
+              kNew + "[t]\r\nb=\"2\"\r\n[empty]\r\n[s]\r\na=\"1\"\r\n");
+    EXPECT_EQ(Rewritten("[new]\r\nj=\"1\"\r\n[s]\r\n"), "[s]\r\n[new]\r\nk=\"v\"\r\nj=\"1\"\r\n");
+    EXPECT_EQ(Rewritten("[s]\na=1\na=2\n[s]\nb=1\n"),
+              kNew + "[s]\r\nb=\"1\"\r\n[s]\r\na=\"2\"\r\na=\"1\"\r\n");
+    const std::string once = Bytes(Saved("a.ini"));
+    Call("ini_open", {"a.ini"});
+    EXPECT_EQ(Number("ini_key_exists", {"s", "a"}), 1) << "the last section of the name, now";
+    EXPECT_EQ(Text("ini_read_string", {"s", "a", ""}), "1") << "the other of the pair wins";
+    EXPECT_NE(Text("ini_close"), once) << "each reading turns the order round";
+    EXPECT_EQ(Bytes(Saved("a.ini")), once) << "nothing was changed: nothing was written";
 }
 
-TEST_F(IniBuiltins, ReadsWithoutAFileAreReported)
+TEST_F(IniBuiltins, ValuesAsTheyAreWrittenAndReadBack)
+{
+    const auto back = [this](const char* value) {
+        Call("ini_open", {"v.ini"});
+        Call("ini_write_string", {"s", "k", value});
+        Call("ini_close");
+        Call("ini_open", {"v.ini"});
+        const std::string read = Text("ini_read_string", {"s", "k", "(none)"});
+        Call("ini_close");
+        return read;
+    };
+    EXPECT_EQ(back(" a#b;c=[d]' "), " a#b;c=[d]' ");
+    EXPECT_EQ(back(""), "");
+    EXPECT_EQ(back("say \"hi\""), "say ") << "cut at a quote";
+    EXPECT_EQ(back("one\ntwo=2"), "one") << "cut at a line end";
+    Call("ini_open", {"n.ini"});
+    for (const double number : {5.0, 0.0000001, -1.5, 123456789012345680000.0})
+        Call("ini_write_real", {"s", std::to_string(static_cast<int>(number)).c_str(), number});
+    Call("ini_write_string", {"s", "t", 2.5});
+    const std::string text = Text("ini_close");
+    for (const char* line : {"5=\"5.000000\"", "0=\"0.000000\"", "-1=\"-1.500000\"",
+                             "=\"123456789012345683968.000000\"", "t=\"2.50\""})
+        EXPECT_NE(text.find(line), std::string::npos) << line << " in " << text;
+}
+
+TEST_F(IniBuiltins, DeletingAndWritingAtOnce)
+{
+    Put(Saved("a.ini"), "[s]\na=1\nb=2\n[t]\nc=3\n[t]\nd=4\n");
+    Call("ini_open", {"a.ini"});
+    Call("ini_key_delete", {"s", "a"});
+    Call("ini_key_delete", {"s", "none"});
+    Call("ini_section_delete", {"t"});
+    EXPECT_EQ(Number("ini_key_exists", {"t", "c"}), 1) << "the other section of the name";
+    Call("ini_write_string", {"SYSTEM_COMMAND", "INI_FILE_FLUSH", "LATER"});
+    EXPECT_EQ(Bytes(Saved("a.ini")).find('\r'), std::string::npos) << "not written yet";
+    Call("ini_write_string", {"SYSTEM_COMMAND", "INI_FILE_FLUSH", "NOW"});
+    EXPECT_EQ(Bytes(Saved("a.ini")), "[t]\r\nc=\"3\"\r\n[s]\r\nb=\"2\"\r\n");
+    EXPECT_EQ(Number("ini_section_exists", {"SYSTEM_COMMAND"}), 0);
+    Call("ini_write_string", {"s", "b", "5"});
+    Call("ini_open", {"other.ini"});
+    EXPECT_EQ(Bytes(Saved("a.ini")), "[t]\r\nc=\"3\"\r\n[s]\r\nb=\"5\"\r\n")
+        << "another file saves the first";
+    Call("ini_write_string", {"s", "b", "6"});
+    Function_Init();
+    EXPECT_EQ(Ini_Current(), nullptr);
+    EXPECT_FALSE(std::filesystem::exists(Saved("other.ini")))
+        << "the end of the program saves none";
+}
+
+TEST_F(IniBuiltins, UseWithoutAFileIsReported)
 {
     EXPECT_EQ(Number("ini_read_real", {"a", "b", 4.0}), 4) << "the default all the same";
     ExpectReport("Trying to read from undefined INI file");
-    EXPECT_EQ(Number("ini_key_exists", {"a", "b"}), 0);
-    ExpectReport("Trying to read from undefined INI file");
+    for (const char* function : {"ini_key_exists", "ini_section_exists", "ini_write_string",
+                                 "ini_write_real", "ini_read_string"}) {
+        Call(function, {"a", "b", "c"});
+        ExpectReport("Trying to read from undefined INI file");
+    }
+    for (const char* function : {"ini_key_delete", "ini_section_delete"}) {
+        Call(function, {"a", "b"});
+        ExpectReport("Trying to change undefined INI file");
+    }
     EXPECT_EQ(Text("ini_close"), "");
     Call("ini_open_from_string", {"[a]\nb=1"});
     EXPECT_EQ(Number("ini_read_real", {"a", "b", 4.0}), 1);
-    Function_Init();
-    EXPECT_EQ(Ini_Current(), nullptr) << "the end of the program drops it";
+    Call("ini_write_real", {"a", "c", 2.0});
+    EXPECT_EQ(Text("ini_close"), "[a]\r\nc=\"2.000000\"\r\nb=\"1\"\r\n");
+    EXPECT_EQ(Count(root_), 0U) << "a file from a text is never saved";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "Files/Base/Archive_Main.h"
 #include "Files/Base/Console.h"
 #include "Files/Base/Error.h"
+#include "Files/IO/File_Names.h"
 #include "Files/Run/Run_State.h"
 #include "Files/Sprite/CSprite.h"
 #include "tests/Files/support_Script.h"
@@ -349,6 +350,8 @@ TEST_F(Variables, ErrorsAndNames)
     const std::string folder = GetText(self_, "game_save_id");
     EXPECT_TRUE(folder.size() > 7 && folder.substr(folder.size() - 7) == "/AGame/") << folder;
     g_GameHeader = GameHeader();
+    EXPECT_EQ(GetText(self_, "game_save_id"), folder) << "fixed for the run";
+    FileNames_Quit();
     EXPECT_EQ(GetText(self_, "game_save_id"), "");
     EXPECT_EQ(GetText(self_, "game_guid"), "{00000000-0000-0000-0000-000000000000}");
     RValue out(1.0);
