@@ -204,8 +204,8 @@ double ini_read_real(const char* section, const char* key, double absent, Here l
     return Ini_ReadReal(section, key, absent);
 }
 
-void ini_write_real(const char*, const char*, double, Here line)
+void ini_write_real(const char* section, const char* key, double value, Here line)
 {
     Frame::Line(line);
-    Error_NotThereYet("ini_write_real");
+    Ini_WriteReal(section, key, value);
 }
