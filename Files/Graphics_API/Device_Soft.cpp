@@ -427,6 +427,18 @@ void Device_Soft_SetVector(bool on)
     g_SoftKernels = on ? &Soft_BestKernels() : &g_SoftScalar;
 }
 
+bool Device_Soft_SetLoops(const char* name)
+{
+    const SoftKernels* const known[] = {&Soft_BestKernels(), Soft_Avx2Kernels(), Soft_Sse2Kernels(),
+                                        &g_SoftScalar};
+    for (const SoftKernels* kernels : known) {
+        if (!kernels || (*name && std::strcmp(kernels->name, name) != 0)) continue;
+        g_SoftKernels = kernels;
+        return true;
+    }
+    return false;
+}
+
 const DeviceTable Device_Soft = {
     .name = "soft",
     .Open = Open,

@@ -17,3 +17,6 @@
 const uint32_t* Device_Soft_BackBuffer(int32_t* width, int32_t* height);
 // Runs the scalar twins of the vector loops when off; the pictures are equal.
 void Device_Soft_SetVector(bool on);
+// Runs the loops of this name, "avx2", "sse2" or "scalar", or the best for "". False
+// where the build or the processor has none of them.
+bool Device_Soft_SetLoops(const char* name);

@@ -87,16 +87,18 @@ void ModulateRow(uint32_t* out, const uint32_t* source, const uint32_t* colours,
     for (int32_t i = 0; i < count; i++) out[i] = Product(source[i], colours[i]);
 }
 
-void StretchColumnsApart(uint16_t* out, const uint32_t* row, const SoftColumn* columns,
+inline void MixColumn(uint16_t* out, uint32_t a, uint32_t b, uint32_t weightA, uint32_t weightB)
+{
+    for (int32_t c = 0; c < 4; c++)
+        out[c] = static_cast<uint16_t>(Channel(a, c * 8) * weightA + Channel(b, c * 8) * weightB);
+}
+
+void StretchColumnsApart(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
                          int32_t count)
 {
-    for (int32_t i = 0; i < count; i++) {
-        const SoftColumn& column = columns[i];
-        const uint32_t a = row[column.first], b = row[column.second];
-        for (int32_t c = 0; c < 4; c++)
-            out[i * 4 + c] = static_cast<uint16_t>(Channel(a, c * 8) * column.firstWeight +
-                                                   Channel(b, c * 8) * column.secondWeight);
-    }
+    for (int32_t i = 0; i < count; i++)
+        MixColumn(out + i * 4, row[columns.first[i]], row[columns.second[i]], columns.weights[i][0],
+                  columns.weights[i][1]);
 }
 
 // Both weights keep 7 bits more than the result, so that a half can be rounded.
@@ -119,16 +121,42 @@ void StretchRows(uint32_t* out, const uint16_t* above, const uint16_t* below, in
     }
 }
 
+// With weights of 64 and 192 in both directions nothing is cut before the last shift.
+void DoubleRow(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs)
+{
+    for (int32_t i = 0; i < pairs; i++) {
+        uint32_t even = 0, odd = 0;
+        for (int32_t shift = 0; shift < 32; shift += 8) {
+            const uint32_t left = Channel(near[i], shift) * 3 + Channel(far[i], shift);
+            const uint32_t right = Channel(near[i + 1], shift) * 3 + Channel(far[i + 1], shift);
+            even |= ((left * 3 + right + 8) >> 4) << shift;
+            odd |= ((left + right * 3 + 8) >> 4) << shift;
+        }
+        out[i * 2] = even;
+        out[i * 2 + 1] = odd;
+    }
+}
+
 uint32_t Bilinear(const uint32_t texels[4], int32_t fractionX, int32_t fractionY)
 {
-    const SoftColumn column = {0, 1, static_cast<uint16_t>(256 - fractionX),
-                               static_cast<uint16_t>(fractionX)};
+    const auto right = static_cast<uint32_t>(fractionX);
     uint16_t above[4], below[4];
-    StretchColumnsApart(above, texels, &column, 1);
-    StretchColumnsApart(below, texels + 2, &column, 1);
+    MixColumn(above, texels[0], texels[1], 256 - right, right);
+    MixColumn(below, texels[2], texels[3], 256 - right, right);
     uint32_t pixel;
     StretchRows(&pixel, above, below, fractionY, 1);
     return pixel;
+}
+
+void BilinearWalk(uint32_t* out, const SoftWalk& walk, int32_t count)
+{
+    int64_t u = walk.u, v = walk.v;
+    for (int32_t i = 0; i < count; i++, u += walk.stepU, v += walk.stepV) {
+        const uint32_t* at = walk.texels + (v >> 32) * walk.pitch + (u >> 32);
+        const uint32_t texels[4] = {at[0], at[1], at[walk.pitch], at[walk.pitch + 1]};
+        out[i] = Bilinear(texels, static_cast<int32_t>(u >> 24) & 255,
+                          static_cast<int32_t>(v >> 24) & 255);
+    }
 }
 
 }  // namespace
@@ -142,8 +170,28 @@ const SoftKernels g_SoftScalar = {
     .StretchColumns = StretchColumnsApart,
     .StretchColumnsApart = StretchColumnsApart,
     .StretchRows = StretchRows,
+    .DoubleRow = DoubleRow,
     .Bilinear = Bilinear,
+    .BilinearWalk = BilinearWalk,
 };
+
+void SoftColumns::Set(int32_t index, int32_t left, int32_t right, int32_t weight)
+{
+    // Bytes 0 to 3 are the left pixel, 4 to 7 the right one; an odd column stands eight
+    // bytes further. A weight of 256 is no byte: that pixel is then paired with itself.
+    constexpr uint64_t kBoth = 0x0703060205010400, kLeft = 0x0303020201010000,
+                       kRight = 0x0707060605050404, kNext = 0x0808080808080808;
+    constexpr uint64_t kHalves = 0x8080, kFourTimes = 0x0001000100010001;
+    const bool one = weight == 0 || weight == 256;
+    const auto rightShare = static_cast<uint64_t>(weight), leftShare = 256 - rightShare;
+    first[index] = left;
+    second[index] = right;
+    weights[index][0] = static_cast<uint16_t>(leftShare);
+    weights[index][1] = static_cast<uint16_t>(rightShare);
+    const uint64_t bytes = one ? (weight == 0 ? kLeft : kRight) : kBoth;
+    order[index] = bytes + (index & 1 ? kNext : 0);
+    shares[index] = (one ? kHalves : leftShare | (rightShare << 8)) * kFourTimes;
+}
 
 const SoftKernels& Soft_BestKernels()
 {

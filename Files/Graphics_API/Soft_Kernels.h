@@ -19,11 +19,26 @@ enum class SoftBlend : int32_t {
     Count,
 };
 
-// One target column of a stretch: two source columns and their weights, which add
-// up to 256.
-struct SoftColumn {
-    int32_t first, second;
-    uint16_t firstWeight, secondWeight;
+inline constexpr int32_t kSoftRun = 1024;  // pixels worked on at a time
+
+// The target columns of a stretch: two source columns each, and their weights, which
+// add up to 256. `order` and `shares` say the same to loops that work on bytes: where
+// in the two pixels the bytes to be paired stand, and the pair's weights.
+struct SoftColumns {
+    int32_t first[kSoftRun], second[kSoftRun];
+    uint16_t weights[kSoftRun][2];
+    uint64_t order[kSoftRun], shares[kSoftRun];
+
+    // weight: of `right`, 0 to 256.
+    void Set(int32_t index, int32_t left, int32_t right, int32_t weight);
+};
+
+// A straight walk over texels: places are counted from texel centres with 32 bits
+// below the texel.
+struct SoftWalk {
+    const uint32_t* texels;
+    int64_t pitch;  // pixels
+    int64_t u, v, stepU, stepV;
 };
 
 struct SoftKernels {
@@ -35,17 +50,23 @@ struct SoftKernels {
     void (*Modulate)(uint32_t* out, const uint32_t* source, uint32_t colour, int32_t count);
     void (*ModulateRow)(uint32_t* out, const uint32_t* source, const uint32_t* colours,
                         int32_t count);
-    // Four channels of 16 bits a pixel. In StretchColumns `second` is `first` + 1
-    // everywhere; StretchColumnsApart takes any pair.
-    void (*StretchColumns)(uint16_t* out, const uint32_t* row, const SoftColumn* columns,
+    // Four channels of 16 bits a pixel. StretchColumns works on columns whose `second`
+    // is `first` + 1, in fours: columns and `out` go on to the next multiple of four.
+    // StretchColumnsApart takes any pair.
+    void (*StretchColumns)(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
                            int32_t count);
-    void (*StretchColumnsApart)(uint16_t* out, const uint32_t* row, const SoftColumn* columns,
+    void (*StretchColumnsApart)(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
                                 int32_t count);
     // fraction: 0 to 255, the share of `below`.
     void (*StretchRows)(uint32_t* out, const uint16_t* above, const uint16_t* below,
                         int32_t fraction, int32_t count);
+    // Exactly twice the size: each of `pairs` neighbours, from texels 0 and 1 on, makes
+    // the two pixels between them. `near` counts three times, `far` once.
+    void (*DoubleRow)(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs);
     // The four texels around a point; fractions 0 to 255.
     uint32_t (*Bilinear)(const uint32_t texels[4], int32_t fractionX, int32_t fractionY);
+    // The same along a walk that has all four texels at each step.
+    void (*BilinearWalk)(uint32_t* out, const SoftWalk& walk, int32_t count);
 };
 
 extern const SoftKernels g_SoftScalar;

@@ -73,13 +73,86 @@ inline Wide SpreadAlpha(Wide a)
                                   _MM_SHUFFLE(3, 3, 3, 3));
 }
 
-enum class AlphaKind { Clear, Mixed, Solid };
-
-inline AlphaKind KindOfAlpha(Wide pixels)
+inline Wide PartMask(int32_t count)
 {
-    const Wide alpha = _mm256_set1_epi32(static_cast<int>(0xFF000000U));
-    if (_mm256_testc_si256(pixels, alpha)) return AlphaKind::Solid;
-    return _mm256_testz_si256(pixels, alpha) ? AlphaKind::Clear : AlphaKind::Mixed;
+    alignas(32) static constexpr int32_t kMask[2 * kLanes] = {-1, -1, -1, -1, -1, -1, -1, -1};
+    return _mm256_loadu_si256(reinterpret_cast<const Wide*>(kMask + kLanes - count));
+}
+// The first `count` pixels, 1 to 7; the rest is clear, and memory there untouched.
+inline Wide LoadPart(const uint32_t* p, int32_t count)
+{
+    return _mm256_maskload_epi32(reinterpret_cast<const int*>(p), PartMask(count));
+}
+inline void StorePart(uint32_t* p, Wide v, int32_t count)
+{
+    _mm256_maskstore_epi32(reinterpret_cast<int*>(p), PartMask(count), v);
+}
+// The pixels of both, one of each by turns.
+inline void StoreByTurns(uint32_t* p, Wide even, Wide odd)
+{
+    const Wide low = _mm256_unpacklo_epi32(even, odd), high = _mm256_unpackhi_epi32(even, odd);
+    Store(p, _mm256_permute2x128_si256(low, high, 0x20));
+    Store(p + kLanes, _mm256_permute2x128_si256(low, high, 0x31));
+}
+
+inline Wide Flip(Wide bytes)
+{
+    return _mm256_xor_si256(bytes, _mm256_set1_epi8(-128));
+}
+
+// Sums s * a + d * (255 - a) in one multiplication of byte pairs. Its second factors
+// are signed, so 128 is taken from each; the sum then lacks 255 * 128.
+inline Wide MixNormal(Wide s, Wide d)
+{
+    const Wide places = _mm256_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15, 3,
+                                         3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15);
+    const Wide alpha = _mm256_shuffle_epi8(s, places);
+    const Wide inverse = _mm256_xor_si256(alpha, _mm256_set1_epi8(-1));
+    const Wide signedS = Flip(s), signedD = Flip(d);
+    const Wide lacking = Set16(255 * 128 + 128), scale = Set16(257);
+    const Wide low = _mm256_maddubs_epi16(_mm256_unpacklo_epi8(alpha, inverse),
+                                          _mm256_unpacklo_epi8(signedS, signedD));
+    const Wide high = _mm256_maddubs_epi16(_mm256_unpackhi_epi8(alpha, inverse),
+                                           _mm256_unpackhi_epi8(signedS, signedD));
+    return Narrow(MulHigh16(Add16(low, lacking), scale), MulHigh16(Add16(high, lacking), scale));
+}
+
+struct Halves {
+    Wide low, high;
+};
+
+inline Halves ThreeToOne(Wide near, Wide far)
+{
+    const Wide weights = Set16(0x0103);
+    return {_mm256_maddubs_epi16(_mm256_unpacklo_epi8(near, far), weights),
+            _mm256_maddubs_epi16(_mm256_unpackhi_epi8(near, far), weights)};
+}
+
+// Two columns' texels, four in all.
+inline __m128i TwoPairs(const uint32_t* row, const int32_t* first)
+{
+    return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + first[0])),
+                              _mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + first[1])));
+}
+
+inline Wide LoadLongs(const uint64_t* p)
+{
+    return _mm256_loadu_si256(reinterpret_cast<const Wide*>(p));
+}
+
+// As in MixNormal, 128 is taken from each channel; weights of 256 in all put 32768 back.
+void StretchColumnsBeside(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
+                          int32_t count)
+{
+    const Wide lacking = Set16(-32768);
+    for (int32_t i = 0; i < count; i += 4) {
+        const Wide texels =
+            _mm256_inserti128_si256(_mm256_castsi128_si256(TwoPairs(row, columns.first + i)),
+                                    TwoPairs(row, columns.first + i + 2), 1);
+        const Wide pairs = _mm256_shuffle_epi8(Flip(texels), LoadLongs(columns.order + i));
+        const Wide sums = _mm256_maddubs_epi16(LoadLongs(columns.shares + i), pairs);
+        _mm256_storeu_si256(reinterpret_cast<Wide*>(out + i * 4), _mm256_xor_si256(sums, lacking));
+    }
 }
 
 }  // namespace

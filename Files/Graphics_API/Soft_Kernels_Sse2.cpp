@@ -3,6 +3,8 @@
 #if defined(__SSE2__)
 #include <emmintrin.h>
 
+#include <cstring>
+
 namespace {
 
 using Wide = __m128i;
@@ -70,16 +72,70 @@ inline Wide SpreadAlpha(Wide a)
                                _MM_SHUFFLE(3, 3, 3, 3));
 }
 
-enum class AlphaKind { Clear, Mixed, Solid };
-
-inline AlphaKind KindOfAlpha(Wide pixels)
+// The first `count` pixels, 1 to 3; the rest is clear.
+inline Wide LoadPart(const uint32_t* p, int32_t count)
 {
-    constexpr int kAlphaBytes = 0x8888;
-    const Wide ones = _mm_set1_epi8(-1);
-    if ((_mm_movemask_epi8(_mm_cmpeq_epi8(pixels, ones)) & kAlphaBytes) == kAlphaBytes)
-        return AlphaKind::Solid;
-    const int clear = _mm_movemask_epi8(_mm_cmpeq_epi8(pixels, _mm_setzero_si128()));
-    return (clear & kAlphaBytes) == kAlphaBytes ? AlphaKind::Clear : AlphaKind::Mixed;
+    if (count == 1) return _mm_cvtsi32_si128(static_cast<int>(*p));
+    const Wide two = _mm_loadl_epi64(reinterpret_cast<const Wide*>(p));
+    return count == 2 ? two : _mm_unpacklo_epi64(two, _mm_cvtsi32_si128(static_cast<int>(p[2])));
+}
+inline void StorePart(uint32_t* p, Wide v, int32_t count)
+{
+    if (count >= 2) {
+        _mm_storel_epi64(reinterpret_cast<Wide*>(p), v);
+        v = _mm_unpackhi_epi64(v, v);
+        p += 2;
+    }
+    if (count & 1) *p = static_cast<uint32_t>(_mm_cvtsi128_si32(v));
+}
+// The pixels of both, one of each by turns.
+inline void StoreByTurns(uint32_t* p, Wide even, Wide odd)
+{
+    Store(p, _mm_unpacklo_epi32(even, odd));
+    Store(p + kLanes, _mm_unpackhi_epi32(even, odd));
+}
+
+// Nearest of (s * a + d * (255 - a)) / 255, as d * 256 + 128 - d + (s - d) * a.
+inline Wide MixNormalHalf(Wide s, Wide d, Wide largeD)
+{
+    const Wide sum = Add16(Sub16(largeD, d), Mul16(Sub16(s, d), SpreadAlpha(s)));
+    return MulHigh16(sum, Set16(257));
+}
+
+inline Wide MixNormal(Wide s, Wide d)
+{
+    const Wide half = _mm_set1_epi8(-128);
+    return Narrow(MixNormalHalf(SpreadLow(s), SpreadLow(d), _mm_unpacklo_epi8(half, d)),
+                  MixNormalHalf(SpreadHigh(s), SpreadHigh(d), _mm_unpackhi_epi8(half, d)));
+}
+
+struct Halves {
+    Wide low, high;
+};
+
+inline Halves ThreeToOne(Wide near, Wide far)
+{
+    const auto mix = [](Wide a, Wide b) { return Add16(Add16(a, b), Add16(a, a)); };
+    return {mix(SpreadLow(near), SpreadLow(far)), mix(SpreadHigh(near), SpreadHigh(far))};
+}
+
+inline __m128i MixPair(__m128i texels, uint32_t weights);
+
+inline __m128i PairAt(const uint32_t* row, const SoftColumns& columns, int32_t i)
+{
+    uint32_t weights;
+    std::memcpy(&weights, columns.weights[i], sizeof(weights));
+    return MixPair(_mm_loadl_epi64(reinterpret_cast<const Wide*>(row + columns.first[i])), weights);
+}
+
+void StretchColumnsBeside(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
+                          int32_t count)
+{
+    for (int32_t i = 0; i < count; i += 2) {
+        const Wide a = PairAt(row, columns, i), b = PairAt(row, columns, i + 1);
+        const Wide sum = Add16(_mm_unpacklo_epi64(a, b), _mm_unpackhi_epi64(a, b));
+        _mm_storeu_si128(reinterpret_cast<Wide*>(out + i * 4), sum);
+    }
 }
 
 }  // namespace

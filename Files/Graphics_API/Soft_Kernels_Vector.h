@@ -12,22 +12,13 @@ namespace {
 // Nearest of value / 255 for 0 to 65025.
 inline Wide Divide255(Wide value)
 {
-    const Wide rounded = Add16(value, Set16(128));
-    return ShiftRight16(Add16(rounded, ShiftRight16(rounded, 8)), 8);
+    return MulHigh16(Add16(value, Set16(128)), Set16(257));
 }
 
 inline Wide Inverse(Wide value)
 {
     return Sub16(Set16(255), value);
 }
-
-struct NormalMix {
-    static Wide Half(Wide s, Wide d)
-    {
-        const Wide alpha = SpreadAlpha(s);
-        return Divide255(Add16(Mul16(s, alpha), Mul16(d, Inverse(alpha))));
-    }
-};
 
 struct AddMix {
     static Wide Half(Wide s, Wide d) { return Add16(d, Divide255(Mul16(s, SpreadAlpha(s)))); }
@@ -57,26 +48,27 @@ inline Wide MixPixels(Wide s, Wide d)
     return Narrow(Mix::Half(SpreadLow(s), SpreadLow(d)), Mix::Half(SpreadHigh(s), SpreadHigh(d)));
 }
 
-template <class Mix, SoftBlend kBlend>
-void BlendRow(uint32_t* dest, const uint32_t* source, int32_t count)
+// `mix(source, dest)` over a row; the last pixels are less than a register.
+template <class Mix>
+inline void MixRow(uint32_t* dest, const uint32_t* source, int32_t count, Mix mix)
 {
     int32_t i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        Store(dest + i, MixPixels<Mix>(Load(source + i), Load(dest + i)));
-    g_SoftScalar.Blend[static_cast<int32_t>(kBlend)](dest + i, source + i, count - i);
+    for (; i + kLanes <= count; i += kLanes) Store(dest + i, mix(Load(source + i), Load(dest + i)));
+    const int32_t rest = count - i;
+    if (rest > 0)
+        StorePart(dest + i, mix(LoadPart(source + i, rest), LoadPart(dest + i, rest)), rest);
 }
 
-// Runs of clear and of solid pixels are most of a sprite.
+template <class Mix>
+void BlendRow(uint32_t* dest, const uint32_t* source, int32_t count)
+{
+    MixRow(dest, source, count, MixPixels<Mix>);
+}
+
+// Leaving out clear and solid pixels would cost more in wrong guesses than it saves.
 void NormalRow(uint32_t* dest, const uint32_t* source, int32_t count)
 {
-    int32_t i = 0;
-    for (; i + kLanes <= count; i += kLanes) {
-        const Wide s = Load(source + i);
-        const AlphaKind kind = KindOfAlpha(s);
-        if (kind == AlphaKind::Clear) continue;
-        Store(dest + i, kind == AlphaKind::Solid ? s : MixPixels<NormalMix>(s, Load(dest + i)));
-    }
-    g_SoftScalar.Blend[static_cast<int32_t>(SoftBlend::Normal)](dest + i, source + i, count - i);
+    MixRow(dest, source, count, MixNormal);
 }
 
 void CopyRow(uint32_t* dest, const uint32_t* source, int32_t count)
@@ -103,7 +95,8 @@ void ModulateOne(uint32_t* out, const uint32_t* source, uint32_t colour, int32_t
     const Wide wide = Set32(colour);
     int32_t i = 0;
     for (; i + kLanes <= count; i += kLanes) Store(out + i, Product(Load(source + i), wide));
-    g_SoftScalar.Modulate(out + i, source + i, colour, count - i);
+    const int32_t rest = count - i;
+    if (rest > 0) StorePart(out + i, Product(LoadPart(source + i, rest), wide), rest);
 }
 
 void ModulateMany(uint32_t* out, const uint32_t* source, const uint32_t* colours, int32_t count)
@@ -111,7 +104,9 @@ void ModulateMany(uint32_t* out, const uint32_t* source, const uint32_t* colours
     int32_t i = 0;
     for (; i + kLanes <= count; i += kLanes)
         Store(out + i, Product(Load(source + i), Load(colours + i)));
-    g_SoftScalar.ModulateRow(out + i, source + i, colours + i, count - i);
+    const int32_t rest = count - i;
+    if (rest > 0)
+        StorePart(out + i, Product(LoadPart(source + i, rest), LoadPart(colours + i, rest)), rest);
 }
 
 // Two texels side by side become four channels of 16 bits: first * w0 + second * w1,
@@ -122,31 +117,6 @@ inline __m128i MixPair(__m128i texels, uint32_t weights)
     __m128i weight = _mm_cvtsi32_si128(static_cast<int>(weights));
     weight = _mm_unpacklo_epi16(weight, weight);
     return _mm_mullo_epi16(channels, _mm_unpacklo_epi32(weight, weight));
-}
-
-inline uint32_t WeightsOf(const SoftColumn& column)
-{
-    uint32_t weights;
-    std::memcpy(&weights, &column.firstWeight, sizeof(weights));
-    return weights;
-}
-
-inline __m128i PairAt(const uint32_t* row, const SoftColumn& column)
-{
-    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(row + column.first));
-}
-
-void StretchColumnsBeside(uint16_t* out, const uint32_t* row, const SoftColumn* columns,
-                          int32_t count)
-{
-    int32_t i = 0;
-    for (; i + 2 <= count; i += 2) {
-        const __m128i a = MixPair(PairAt(row, columns[i]), WeightsOf(columns[i]));
-        const __m128i b = MixPair(PairAt(row, columns[i + 1]), WeightsOf(columns[i + 1]));
-        const __m128i sum = _mm_add_epi16(_mm_unpacklo_epi64(a, b), _mm_unpackhi_epi64(a, b));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i * 4), sum);
-    }
-    g_SoftScalar.StretchColumns(out + i * 4, row, columns + i, count - i);
 }
 
 void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below, int32_t fraction,
@@ -169,14 +139,32 @@ void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below,
     g_SoftScalar.StretchRows(out + i, above + i * 4, below + i * 4, fraction, count - i);
 }
 
-uint32_t BilinearOne(const uint32_t texels[4], int32_t fractionX, int32_t fractionY)
+// Three parts of `near` and one of `far`, down and then across.
+void DoubleRowPair(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs)
+{
+    const Wide round = Set16(8);
+    const auto across = [&](Wide side, Wide sum) {
+        return ShiftRight16(Add16(sum, Add16(side, side)), 4);
+    };
+    int32_t i = 0;
+    for (; i + kLanes <= pairs; i += kLanes) {
+        const Halves left = ThreeToOne(Load(near + i), Load(far + i));
+        const Halves right = ThreeToOne(Load(near + i + 1), Load(far + i + 1));
+        const Wide low = Add16(Add16(left.low, right.low), round);
+        const Wide high = Add16(Add16(left.high, right.high), round);
+        StoreByTurns(out + i * 2, Narrow(across(left.low, low), across(left.high, high)),
+                     Narrow(across(right.low, low), across(right.high, high)));
+    }
+    g_SoftScalar.DoubleRow(out + i * 2, near + i, far + i, pairs - i);
+}
+
+inline uint32_t MixFour(__m128i aboveTexels, __m128i belowTexels, int32_t fractionX,
+                        int32_t fractionY)
 {
     const uint32_t weights =
         static_cast<uint32_t>(256 - fractionX) | (static_cast<uint32_t>(fractionX) << 16);
-    const __m128i above =
-        MixPair(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(texels)), weights);
-    const __m128i below =
-        MixPair(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(texels + 2)), weights);
+    const __m128i above = MixPair(aboveTexels, weights);
+    const __m128i below = MixPair(belowTexels, weights);
     const __m128i columns =
         _mm_add_epi16(_mm_unpacklo_epi64(above, below), _mm_unpackhi_epi64(above, below));
     const __m128i upper = _mm_set1_epi16(static_cast<int16_t>((256 - fractionY) * 128));
@@ -187,7 +175,27 @@ uint32_t BilinearOne(const uint32_t texels[4], int32_t fractionX, int32_t fracti
     return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(sum, sum)));
 }
 
-void StretchColumnsApart(uint16_t* out, const uint32_t* row, const SoftColumn* columns,
+inline __m128i TwoTexels(const uint32_t* at)
+{
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(at));
+}
+
+uint32_t BilinearOne(const uint32_t texels[4], int32_t fractionX, int32_t fractionY)
+{
+    return MixFour(TwoTexels(texels), TwoTexels(texels + 2), fractionX, fractionY);
+}
+
+void BilinearAlong(uint32_t* out, const SoftWalk& walk, int32_t count)
+{
+    int64_t u = walk.u, v = walk.v;
+    for (int32_t i = 0; i < count; i++, u += walk.stepU, v += walk.stepV) {
+        const uint32_t* at = walk.texels + (v >> 32) * walk.pitch + (u >> 32);
+        out[i] = MixFour(TwoTexels(at), TwoTexels(at + walk.pitch),
+                         static_cast<int32_t>(u >> 24) & 255, static_cast<int32_t>(v >> 24) & 255);
+    }
+}
+
+void StretchColumnsApart(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
                          int32_t count)
 {
     g_SoftScalar.StretchColumnsApart(out, row, columns, count);
@@ -197,16 +205,17 @@ constexpr SoftKernels MakeKernels(const char* name)
 {
     return {
         .name = name,
-        .Blend = {CopyRow, NormalRow, BlendRow<AddMix, SoftBlend::Add>,
-                  BlendRow<MaxMix, SoftBlend::Max>, BlendRow<SubtractMix, SoftBlend::Subtract>,
-                  BlendRow<PremultipliedMix, SoftBlend::Premultiplied>},
+        .Blend = {CopyRow, NormalRow, BlendRow<AddMix>, BlendRow<MaxMix>, BlendRow<SubtractMix>,
+                  BlendRow<PremultipliedMix>},
         .Fill = FillRow,
         .Modulate = ModulateOne,
         .ModulateRow = ModulateMany,
         .StretchColumns = StretchColumnsBeside,
         .StretchColumnsApart = StretchColumnsApart,
         .StretchRows = StretchRowPair,
+        .DoubleRow = DoubleRowPair,
         .Bilinear = BilinearOne,
+        .BilinearWalk = BilinearAlong,
     };
 }
 

@@ -63,33 +63,38 @@ bool SideBySide(const Job& job, int32_t left, int32_t count, int32_t* first)
 }
 
 // True when every pair stands side by side, so that one load fetches both.
-bool MakeColumns(const Job& job, int32_t left, int32_t count, SoftColumn* out)
+bool MakeColumns(const Job& job, int32_t left, int32_t count, SoftColumns& out)
 {
     const Axis& axis = job.columns;
     bool beside = axis.size > 1;
     int64_t at = axis.At(left);
     for (int32_t i = 0; i < count; i++, at += axis.plane.stepX) {
         const int64_t tap = Soft_TapOf(at);
-        const auto fraction = static_cast<uint16_t>(tap & 255);
-        SoftColumn column = {Soft_Address(tap >> 8, axis.size, axis.wrap),
-                             Soft_Address((tap >> 8) + 1, axis.size, axis.wrap),
-                             static_cast<uint16_t>(256 - fraction), fraction};
-        if (column.first == column.second && axis.size > 1) {
-            const bool atEnd = column.first == axis.size - 1;
-            column.first = atEnd ? axis.size - 2 : column.first;
-            column.second = column.first + 1;
-            column.firstWeight = atEnd ? 0 : 256;
-            column.secondWeight = atEnd ? 256 : 0;
+        auto weight = static_cast<int32_t>(tap & 255);
+        int32_t first = Soft_Address(tap >> 8, axis.size, axis.wrap);
+        int32_t second = Soft_Address((tap >> 8) + 1, axis.size, axis.wrap);
+        if (first == second && axis.size > 1) {
+            const bool atEnd = first == axis.size - 1;
+            first = atEnd ? axis.size - 2 : first;
+            second = first + 1;
+            weight = atEnd ? 256 : 0;
         }
-        beside = beside && column.second == column.first + 1;
-        out[i] = column;
+        beside = beside && second == first + 1;
+        out.Set(i, first, second, weight);
     }
+    // The loops work on four at a time.
+    for (int32_t i = count; i & 3; i++) out.Set(i, 0, 1, 0);
     return beside;
 }
 
 const uint32_t* TexelRow(const SoftDraw& draw, int32_t row)
 {
     return draw.texels + static_cast<int64_t>(row) * draw.texPitch;
+}
+
+uint32_t* TargetRow(const SoftDraw& draw, int32_t x, int32_t y)
+{
+    return draw.pixels + static_cast<int64_t>(y) * draw.pitch + x;
 }
 
 // Tints a row of texels where it is needed and sends it on its way.
@@ -100,7 +105,32 @@ void Finish(const Job& job, int32_t left, int32_t y, const uint32_t* texels, int
         job.draw.kernels->Modulate(source, texels, job.colour, count);
         texels = source;
     }
-    Soft_WriteRun(job.draw, left, y, texels, count);
+    if (texels != TargetRow(job.draw, left, y)) Soft_WriteRun(job.draw, left, y, texels, count);
+}
+
+// Where a filtered row is to be made: in the target itself if it goes there unchanged.
+uint32_t* RoomForRow(const Job& job, int32_t left, int32_t y)
+{
+    const auto copy = job.draw.kernels->Blend[static_cast<int32_t>(SoftBlend::Copy)];
+    if (job.draw.plain && job.draw.blend == copy && !job.tinted)
+        return TargetRow(job.draw, left, y);
+    return g_Soft->scratch.source;
+}
+
+// Rows of texels that go to rows of pixels as they are; false where a row does not.
+bool BlockStrip(const Job& job, int32_t left, int32_t firstColumn, int32_t count)
+{
+    const Axis& axis = job.rows;
+    const int64_t start = axis.At(job.top), end = axis.At(job.bottom - 1);
+    if (axis.plane.stepX != int64_t{1} << 32) return false;
+    if (job.linear && ((Soft_TapOf(start) & 255) || (Soft_TapOf(end) & 255))) return false;
+    const int64_t first = job.linear ? Soft_TapOf(start) >> 8 : Soft_TexelOf(start);
+    const int64_t last = first + job.bottom - 1 - job.top;
+    if (first < 0 || last >= axis.size) return false;
+    const uint32_t* texels = TexelRow(job.draw, static_cast<int32_t>(first)) + firstColumn;
+    for (int32_t y = job.top; y < job.bottom; y++, texels += job.draw.texPitch)
+        Finish(job, left, y, texels, count);
+    return true;
 }
 
 void OneColourStrip(const Job& job, int32_t left, int32_t count)
@@ -117,9 +147,11 @@ void PointStrip(const Job& job, int32_t left, int32_t count)
     SoftScratch& scratch = g_Soft->scratch;
     int32_t first = 0;
     const bool direct = SideBySide(job, left, count, &first);
+    if (direct && BlockStrip(job, left, first, count)) return;
+    int32_t* columns = scratch.columns.first;
     for (int32_t i = 0; i < count && !direct; i++)
-        scratch.columns[i].first = Soft_Address(Soft_TexelOf(job.columns.At(left + i)),
-                                                job.columns.size, job.columns.wrap);
+        columns[i] = Soft_Address(Soft_TexelOf(job.columns.At(left + i)), job.columns.size,
+                                  job.columns.wrap);
     for (int32_t y = job.top; y < job.bottom; y++) {
         const int32_t row =
             Soft_Address(Soft_TexelOf(job.rows.At(y)), job.rows.size, job.rows.wrap);
@@ -128,7 +160,7 @@ void PointStrip(const Job& job, int32_t left, int32_t count)
             Finish(job, left, y, texels + first, count);
             continue;
         }
-        for (int32_t i = 0; i < count; i++) scratch.source[i] = texels[scratch.columns[i].first];
+        for (int32_t i = 0; i < count; i++) scratch.source[i] = texels[columns[i]];
         Finish(job, left, y, scratch.source, count);
     }
 }
@@ -161,10 +193,87 @@ private:
     int32_t row_[2] = {-1, -1};
 };
 
+// A picture at exactly twice its size: each pixel has a quarter of one neighbour.
+class DoubledRows {
+public:
+    static bool Fits(const Job& job)
+    {
+        constexpr int64_t kHalf = int64_t{1} << 31;
+        return job.columns.plane.stepX == kHalf && job.rows.plane.stepX == kHalf &&
+               ((Soft_TapOf(job.columns.At(job.left)) & 127) == kQuarter) &&
+               ((Soft_TapOf(job.rows.At(job.top)) & 127) == kQuarter);
+    }
+
+    DoubledRows(const Job& job, int32_t left, int32_t count) : job_(job), left_(left), count_(count)
+    {
+        while (before_ < count && !StartsPair(TapAt(before_))) before_++;
+        if (before_ == count) return;
+        first_ = static_cast<int32_t>(TapAt(before_) >> 8);
+        pairs_ = std::min((count - before_) / 2, job.columns.size - 1 - first_);
+    }
+
+    void Make(int32_t y, uint32_t* out) const
+    {
+        const Axis& rows = job_.rows;
+        const int64_t tap = Soft_TapOf(rows.At(y));
+        const auto fraction = static_cast<int32_t>(tap & 255);
+        const uint32_t* above = TexelRow(job_.draw, Soft_Address(tap >> 8, rows.size, rows.wrap));
+        const uint32_t* below =
+            TexelRow(job_.draw, Soft_Address((tap >> 8) + 1, rows.size, rows.wrap));
+        const bool nearAbove = fraction == kQuarter;
+        for (int32_t i = 0; i < before_; i++) out[i] = Single(i, above, below, fraction);
+        job_.draw.kernels->DoubleRow(out + before_, (nearAbove ? above : below) + first_,
+                                     (nearAbove ? below : above) + first_, pairs_);
+        for (int32_t i = before_ + pairs_ * 2; i < count_; i++)
+            out[i] = Single(i, above, below, fraction);
+    }
+
+private:
+    static constexpr int32_t kQuarter = 64;
+
+    int64_t TapAt(int32_t i) const { return Soft_TapOf(job_.columns.At(left_ + i)); }
+
+    bool StartsPair(int64_t tap) const
+    {
+        return (tap & 255) == kQuarter && tap >= 0 && (tap >> 8) + 1 < job_.columns.size;
+    }
+
+    uint32_t Single(int32_t i, const uint32_t* above, const uint32_t* below, int32_t fraction) const
+    {
+        const Axis& columns = job_.columns;
+        const int64_t tap = TapAt(i);
+        const int32_t left = Soft_Address(tap >> 8, columns.size, columns.wrap);
+        const int32_t right = Soft_Address((tap >> 8) + 1, columns.size, columns.wrap);
+        const uint32_t texels[4] = {above[left], above[right], below[left], below[right]};
+        return job_.draw.kernels->Bilinear(texels, static_cast<int32_t>(tap & 255), fraction);
+    }
+
+    const Job& job_;
+    int32_t left_, count_;
+    int32_t before_ = 0;  // pixels before the first pair
+    int32_t first_ = 0;   // that pair's left texel
+    int32_t pairs_ = 0;
+};
+
+void DoubleStrip(const Job& job, int32_t left, int32_t count)
+{
+    const DoubledRows rows(job, left, count);
+    for (int32_t y = job.top; y < job.bottom; y++) {
+        uint32_t* out = RoomForRow(job, left, y);
+        rows.Make(y, out);
+        Finish(job, left, y, out, count);
+    }
+}
+
 void LinearStrip(const Job& job, int32_t left, int32_t count)
 {
+    if (DoubledRows::Fits(job)) {
+        DoubleStrip(job, left, count);
+        return;
+    }
     int32_t first = 0;
     const bool direct = SideBySide(job, left, count, &first);
+    if (direct && BlockStrip(job, left, first, count)) return;
     // Made only when a row needs it: its tables cost a pass over the columns.
     alignas(StretchedRows) unsigned char room[sizeof(StretchedRows)];
     StretchedRows* stretched = nullptr;
@@ -180,8 +289,9 @@ void LinearStrip(const Job& job, int32_t left, int32_t count)
         const int32_t below = Soft_Address((tap >> 8) + 1, job.rows.size, job.rows.wrap);
         const uint16_t* upper = stretched->Get(above, below);
         const uint16_t* lower = stretched->Get(below, above);
-        job.draw.kernels->StretchRows(g_Soft->scratch.source, upper, lower, fraction, count);
-        Finish(job, left, y, g_Soft->scratch.source, count);
+        uint32_t* out = RoomForRow(job, left, y);
+        job.draw.kernels->StretchRows(out, upper, lower, fraction, count);
+        Finish(job, left, y, out, count);
     }
 }
 

@@ -14,7 +14,6 @@
 #include "Platform/MemoryManager.h"
 
 inline constexpr int32_t kSoftMaxSize = 16384;  // pixels a side
-inline constexpr int32_t kSoftRun = 1024;       // pixels worked on at a time
 inline constexpr int32_t kSubpixel = 256;
 
 struct SoftTexture {
@@ -97,7 +96,7 @@ struct SoftScratch {
     uint32_t colours[kSoftRun];
     uint32_t result[kSoftRun];
     uint32_t cover[kSoftRun];
-    SoftColumn columns[kSoftRun];
+    SoftColumns columns;
     uint16_t rows[2][kSoftRun * 4];
 };
 
@@ -145,6 +144,11 @@ inline int64_t Soft_TexelOf(int64_t value)
 inline int64_t Soft_TapOf(int64_t value)
 {
     return ((value >> 16) - 32768 + 128) >> 8;
+}
+// The tap's texel and fraction stand in the upper 40 bits of this place.
+inline int64_t Soft_WalkPlace(int64_t value)
+{
+    return value - (int64_t{32768 - 128} << 16);
 }
 // Texel number within 0 to size - 1.
 int32_t Soft_Address(int64_t texel, int32_t size, bool wrap);

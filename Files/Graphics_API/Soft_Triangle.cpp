@@ -147,15 +147,46 @@ uint32_t LinearTexel(const SoftDraw& draw, int64_t u, int64_t v)
                                   static_cast<int32_t>(tapY & 255));
 }
 
+// A straight run over the texture, one texel for each pixel from a point of it.
+struct Run {
+    int64_t u, v, stepU, stepV;
+
+    int64_t U(int32_t i) const { return Add(u, Multiply(stepU, i)); }
+    int64_t V(int32_t i) const { return Add(v, Multiply(stepV, i)); }
+};
+
+// All texels that the filter takes at this pixel lie inside the texture.
+bool IsInside(const SoftDraw& draw, const Run& run, int32_t i)
+{
+    const int64_t x = Soft_TapOf(run.U(i)) >> 8, y = Soft_TapOf(run.V(i)) >> 8;
+    return x >= 0 && y >= 0 && x + 1 < draw.texWidth && y + 1 < draw.texHeight;
+}
+
+void FetchLinear(const SoftDraw& draw, const Run& run, uint32_t* out, int32_t count)
+{
+    // The line is inside from its first to its last inner pixel.
+    int32_t from = 0, to = count;
+    for (; from < to && !IsInside(draw, run, from); from++)
+        out[from] = LinearTexel(draw, run.U(from), run.V(from));
+    for (; to > from && !IsInside(draw, run, to - 1); to--)
+        out[to - 1] = LinearTexel(draw, run.U(to - 1), run.V(to - 1));
+    if (from == to) return;
+    const SoftWalk walk = {
+        draw.texels, draw.texPitch, Soft_WalkPlace(run.U(from)), Soft_WalkPlace(run.V(from)),
+        run.stepU,   run.stepV};
+    draw.kernels->BilinearWalk(out + from, walk, to - from);
+}
+
 void FetchTexels(const SoftDraw& draw, const Shading& shading, int32_t x, int32_t y, uint32_t* out,
                  int32_t count)
 {
-    int64_t u = Soft_PlaneAt(shading.u, x, y), v = Soft_PlaneAt(shading.v, x, y);
-    for (int32_t i = 0; i < count; i++) {
-        out[i] = shading.linear ? LinearTexel(draw, u, v) : PointTexel(draw, u, v);
-        u = Add(u, shading.u.stepX);
-        v = Add(v, shading.v.stepX);
+    const Run run = {Soft_PlaneAt(shading.u, x, y), Soft_PlaneAt(shading.v, x, y), shading.u.stepX,
+                     shading.v.stepX};
+    if (shading.linear) {
+        FetchLinear(draw, run, out, count);
+        return;
     }
+    for (int32_t i = 0; i < count; i++) out[i] = PointTexel(draw, run.U(i), run.V(i));
 }
 
 void FetchColours(const Shading& shading, int32_t x, int32_t y, uint32_t* out, int32_t count)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 #include "Files/Graphics_API/Soft_Kernels.h"
 #include "Host/Host.h"
@@ -214,6 +215,26 @@ TEST_F(SoftDevice, RectanglesEqualTheirTriangles)
             return scene.Read();
         };
         EXPECT_EQ(draw(DeviceCull::None), draw(DeviceCull::CounterClockwise)) << seed;
+    }
+}
+
+// Exactly twice the size has a loop of its own, which must not be seen: whole and cut,
+// with borders that repeat or stop, at odd places, tinted and as a plain copy.
+TEST_F(SoftDevice, TwiceTheSizeEqualsItsTriangles)
+{
+    for (int32_t kind = 0; kind < 16; kind++) {
+        Scene scene(g_soft, 70, 60);
+        scene.Filter(true, kind & 1);
+        scene.State(STATE_ALPHA_BLEND, kind & 2 ? 1 : 0);
+        g_soft.SetTexture(0, scene.Texture(32, 16, Noise(32, 16, 3)));
+        const double x = kind & 4 ? -13 : 3, u = kind & 8 ? -0.25 : 0;
+        const auto draw = [&](DeviceCull cull) {
+            g_soft.Clear(CLEAR_COLOUR, 0xFF123456, 1, 0);
+            scene.State(STATE_CULL_MODE, static_cast<uint32_t>(cull));
+            scene.Rect(x, 5, x + 64, 37, kind & 8 ? 0xC0FF80FF : kWhite, u, u, u + 1, u + 1);
+            return scene.Read();
+        };
+        EXPECT_EQ(draw(DeviceCull::None), draw(DeviceCull::CounterClockwise)) << kind;
     }
 }
 
@@ -457,16 +478,15 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
         kernels->ModulateRow(b.data(), source.data(), dest.data(), count - 5);
         EXPECT_EQ(a, b) << kernels->name;
         for (int32_t fraction = 0; fraction < 256; fraction++) {
-            const auto weight = static_cast<uint16_t>(fraction);
-            std::vector<SoftColumn> columns;
-            for (int32_t i = 0; i < 61; i++)
-                columns.push_back({i * 97 + fraction, i * 97 + fraction + 1,
-                                   static_cast<uint16_t>(256 - weight), weight});
-            uint16_t rows[4][61 * 4];
+            auto columns = std::make_unique<SoftColumns>();
+            for (int32_t i = 0; i < 64; i++)
+                columns->Set(i, i * 97 + fraction, i * 97 + fraction + 1,
+                             i % 7 ? fraction : (i & 1) * 256);
+            uint16_t rows[4][64 * 4];
             uint32_t out[2][61];
             for (int32_t i = 0; i < 4; i++) {
                 const SoftKernels& k = i < 2 ? g_SoftScalar : *kernels;
-                k.StretchColumns(rows[i], (i & 1 ? dest : source).data(), columns.data(), 61);
+                k.StretchColumns(rows[i], (i & 1 ? dest : source).data(), *columns, 61);
             }
             g_SoftScalar.StretchRows(out[0], rows[0], rows[1], 255 - fraction, 61);
             kernels->StretchRows(out[1], rows[2], rows[3], 255 - fraction, 61);
@@ -475,6 +495,10 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
             ASSERT_EQ(g_SoftScalar.Bilinear(four, fraction, 77),
                       kernels->Bilinear(four, fraction, 77));
         }
+        std::vector<uint32_t> twice(source.size() * 2), twin(source.size() * 2);
+        g_SoftScalar.DoubleRow(twice.data(), source.data(), dest.data(), count - 6);
+        kernels->DoubleRow(twin.data(), source.data(), dest.data(), count - 6);
+        EXPECT_EQ(twice, twin) << kernels->name;
     }
 }
 
