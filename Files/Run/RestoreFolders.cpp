@@ -50,7 +50,9 @@ void RestoreFolders()
             if (letter == '@') letter = '/';
         if (!StaysBelow(path)) continue;
         const VxString target = folder + path;
+        const VxString packed = folder + name;
         if (g_Host.files.Exists(target.c_str())) continue;  // never over a file that stands
-        if (MakeFolders(target)) g_Host.files.Rename((folder + name).c_str(), target.c_str());
+        if (!g_Host.files.Writable(packed.c_str())) continue;
+        if (MakeFolders(target)) g_Host.files.Rename(packed.c_str(), target.c_str());
     }
 }

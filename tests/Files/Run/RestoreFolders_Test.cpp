@@ -90,6 +90,10 @@ TEST_F(RestoreFoldersTest, ReadOnlyFolderIsLeftAlone)
     RestoreFolders();
     EXPECT_TRUE(Stage_MessageBoxes().empty());
     EXPECT_EQ(Tree(), (Files{"a@b.txt=a@b.txt"}));
+    fs::permissions(folder_, fs::perms::owner_all);
+    fs::permissions(folder_ / "a@b.txt", fs::perms::owner_read);
+    RestoreFolders();
+    EXPECT_EQ(Tree(), (Files{"a@b.txt=a@b.txt"})) << "nor is a read-only file moved";
 }
 
 }  // namespace
