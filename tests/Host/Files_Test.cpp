@@ -14,8 +14,8 @@
 #include "Host/Posix_Files.h"
 
 // What a failed assertion calls; a build without assertions does not declare it.
-extern "C" [[noreturn]] void __assert_fail(const char* expression, const char* file,
-                                           unsigned int line, const char* function) noexcept;
+extern "C" void __assert_fail(const char* expression, const char* file, unsigned int line,
+                              const char* function) noexcept;
 
 namespace {
 
