@@ -30,7 +30,6 @@ BUILTIN(object_exists)
 
 BUILTIN(object_get_name)
 {
-    FREE_RValue(&result);
     VXCreateString(&result, Object_Name(ArgInt(args, argc, 0, -1)));
 }
 
