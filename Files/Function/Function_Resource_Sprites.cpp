@@ -82,7 +82,6 @@ BUILTIN(sprite_exists)
 
 BUILTIN(sprite_get_name)
 {
-    FREE_RValue(&result);
     VXCreateString(&result, Sprite_Name(ArgInt(args, argc, 0, -1)));
 }
 
