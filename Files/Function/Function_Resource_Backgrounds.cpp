@@ -80,7 +80,6 @@ BUILTIN(background_exists)
 
 BUILTIN(background_get_name)
 {
-    FREE_RValue(&result);
     VXCreateString(&result, Background_Name(ArgInt(args, argc, 0, -1)));
 }
 
