@@ -80,11 +80,14 @@ private:
 CSprite* Collision_Sprite(const CInstance& instance);
 inline constexpr float kLeastPointAngle = 0.0001F;
 
-// ---- place tests; marked and deactivated instances are not found
+// ---- place tests
 // The caller is only lent to the point; its position is restored in any case.
+// Against the active list: one deactivated in this phase still blocks, a marked one
+// never does.
 bool Place_Free(CInstance* self, float x, float y);   // against solid instances
 bool Place_Empty(CInstance* self, float x, float y);  // against all
-// The instance found, or null. `target` is an instance number; -1 and -2 mean self and other.
+// The instance found, neither marked nor deactivated, or null. `target` is an instance number; -1
+// and -2 mean self and other.
 CInstance* Place_Find(CInstance* self, CInstance* other, float x, float y, int32_t target);
 CInstance* Position_Find(CInstance* self, CInstance* other, float x, float y, int32_t target);
 // Aligned to the grid to within 0.001 pixels; a snap of 0 or less passes.

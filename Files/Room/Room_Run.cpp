@@ -28,6 +28,8 @@ void WakeInstances(CRoom* room)
         instance->AddToObjectLists();
         Instance_AddId(instance);
     }
+    for (CInstance* instance = room->deactivatedHead; instance; instance = instance->next)
+        Instance_AddId(instance);
 }
 
 // Makes Run_Room the running room of `index`; true when it had to be made.
@@ -126,17 +128,20 @@ void CarryPersistent()
     }
 }
 
-// A persistent room keeps its instances out of the world's sight.
+// A persistent room keeps its instances out of the world's sight, those that are
+// deactivated too: what finds one by its id would move it in another room's lists.
 void RestRoom()
 {
     // Nothing pending may outlive the room's turn: the lists that it would move the
     // instances in are then those of another room.
     ApplyPendingChanges();
+    PurgeInstances();  // what was destroyed while it waited to be activated
     for (CInstance* instance = Run_Room->activeHead; instance; instance = instance->next) {
-        if (!instance->Alive() || instance->persistent) continue;
         instance->RemoveFromObjectLists();
         Instance_RemoveId(instance);
     }
+    for (CInstance* instance = Run_Room->deactivatedHead; instance; instance = instance->next)
+        Instance_RemoveId(instance);
 }
 
 void RunGameEndEvents()

@@ -188,6 +188,40 @@ TEST_F(RoomRun, PersistentRoomRests)
     EXPECT_EQ(Run_Room, nullptr);
 }
 
+// What is deactivated rests with its room: its id names nothing in another room, where
+// waking and moving it would tear that room's lists. What was destroyed or woken in the
+// last phase neither comes back nor stands in the id table twice.
+TEST_F(RoomRun, DeactivatedInstancesRestWithTheirRoom)
+{
+    const int32_t a = AddObject("A", {});
+    const int32_t keeper = AddObject("Keeper", {});
+    Object(keeper).flags |= OBJECT_PERSISTENT;
+    const int32_t one = AddRoom("room_one");
+    const int32_t two = AddRoom("room_two");
+    const int32_t asleep = Place(one, a), killed = Place(one, a), kept = Place(one, keeper);
+    Place(two, a);
+    Begin();
+    Run_Room->persistent = true;
+    for (const int32_t id : {asleep, killed, kept}) Instance_Deactivate(Instance_FromId(id));
+    ApplyPendingChanges();
+    for (const int32_t id : {killed, kept}) Instance_Activate(Instance_FromId(id));
+    Instance_Destroy(Instance_FromId(killed), false);
+    Go(two);
+    for (const int32_t id : {asleep, killed, kept}) EXPECT_EQ(Instance_FromId(id), nullptr);
+    EXPECT_TRUE(Object(keeper).instances.Empty());
+    EXPECT_EQ(Object(a).instances.Count(), 1);
+    Go(one);
+    EXPECT_EQ(Run_Room->deactivatedHead, Instance_FromId(asleep));
+    EXPECT_EQ(ActiveIds(), std::vector<int32_t>{kept});
+    EXPECT_EQ(Object(keeper).instances.Count(), 1);
+    Instance_Destroy(Instance_FromId(kept), false);
+    PurgeInstances();
+    EXPECT_EQ(Instance_FromId(kept), nullptr);
+    Instance_Activate(Instance_FromId(asleep));
+    ApplyPendingChanges();
+    EXPECT_EQ(ActiveIds(), std::vector<int32_t>{asleep});
+}
+
 // A change that is asked for in a Create event: the other instances' events are dropped,
 // their codes run, and so does the room's; no Room Start.
 TEST_F(RoomRun, RequestInACreateEvent)
