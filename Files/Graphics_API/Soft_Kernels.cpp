@@ -122,18 +122,25 @@ void StretchRows(uint32_t* out, const uint16_t* above, const uint16_t* below, in
 }
 
 // With weights of 64 and 192 in both directions nothing is cut before the last shift.
-void DoubleRow(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs)
+inline void DoublePair(uint32_t* out, const uint32_t* near, const uint32_t* far)
+{
+    uint32_t even = 0, odd = 0;
+    for (int32_t shift = 0; shift < 32; shift += 8) {
+        const uint32_t left = Channel(near[0], shift) * 3 + Channel(far[0], shift);
+        const uint32_t right = Channel(near[1], shift) * 3 + Channel(far[1], shift);
+        even |= ((left * 3 + right + 8) >> 4) << shift;
+        odd |= ((left + right * 3 + 8) >> 4) << shift;
+    }
+    out[0] = even;
+    out[1] = odd;
+}
+
+void DoubleRows(uint32_t* upper, uint32_t* lower, const uint32_t* above, const uint32_t* below,
+                int32_t pairs)
 {
     for (int32_t i = 0; i < pairs; i++) {
-        uint32_t even = 0, odd = 0;
-        for (int32_t shift = 0; shift < 32; shift += 8) {
-            const uint32_t left = Channel(near[i], shift) * 3 + Channel(far[i], shift);
-            const uint32_t right = Channel(near[i + 1], shift) * 3 + Channel(far[i + 1], shift);
-            even |= ((left * 3 + right + 8) >> 4) << shift;
-            odd |= ((left + right * 3 + 8) >> 4) << shift;
-        }
-        out[i * 2] = even;
-        out[i * 2 + 1] = odd;
+        DoublePair(upper + i * 2, above + i, below + i);
+        DoublePair(lower + i * 2, below + i, above + i);
     }
 }
 
@@ -170,7 +177,7 @@ const SoftKernels g_SoftScalar = {
     .StretchColumns = StretchColumnsApart,
     .StretchColumnsApart = StretchColumnsApart,
     .StretchRows = StretchRows,
-    .DoubleRow = DoubleRow,
+    .DoubleRows = DoubleRows,
     .Bilinear = Bilinear,
     .BilinearWalk = BilinearWalk,
 };

@@ -19,7 +19,7 @@ enum class SoftBlend : int32_t {
     Count,
 };
 
-inline constexpr int32_t kSoftRun = 1024;  // pixels worked on at a time
+inline constexpr int32_t kSoftRun = 2048;  // pixels worked on at a time
 
 // The target columns of a stretch: two source columns each, and their weights, which
 // add up to 256. `order` and `shares` say the same to loops that work on bytes: where
@@ -60,9 +60,11 @@ struct SoftKernels {
     // fraction: 0 to 255, the share of `below`.
     void (*StretchRows)(uint32_t* out, const uint16_t* above, const uint16_t* below,
                         int32_t fraction, int32_t count);
-    // Exactly twice the size: each of `pairs` neighbours, from texels 0 and 1 on, makes
-    // the two pixels between them. `near` counts three times, `far` once.
-    void (*DoubleRow)(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs);
+    // Exactly twice the size: the two rows of pixels between two rows of texels. Each of
+    // `pairs` neighbours, from texels 0 and 1 on, makes the two pixels between them in
+    // both rows. The row a pixel is nearer to counts three times, the other once.
+    void (*DoubleRows)(uint32_t* upper, uint32_t* lower, const uint32_t* above,
+                       const uint32_t* below, int32_t pairs);
     // The four texels around a point; fractions 0 to 255.
     uint32_t (*Bilinear)(const uint32_t texels[4], int32_t fractionX, int32_t fractionY);
     // The same along a walk that has all four texels at each step.

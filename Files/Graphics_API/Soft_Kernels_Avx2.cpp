@@ -117,15 +117,32 @@ inline Wide MixNormal(Wide s, Wide d)
     return Narrow(MulHigh16(Add16(low, lacking), scale), MulHigh16(Add16(high, lacking), scale));
 }
 
-struct Halves {
-    Wide low, high;
+// Bytes of two rows by turns, and both rows' sum with weights, once and three times.
+struct Weighed {
+    Wide once, thrice;
 };
 
-inline Halves ThreeToOne(Wide near, Wide far)
+inline Wide WeaveLow(Wide a, Wide b)
 {
-    const Wide weights = Set16(0x0103);
-    return {_mm256_maddubs_epi16(_mm256_unpacklo_epi8(near, far), weights),
-            _mm256_maddubs_epi16(_mm256_unpackhi_epi8(near, far), weights)};
+    return _mm256_unpacklo_epi8(a, b);
+}
+inline Wide WeaveHigh(Wide a, Wide b)
+{
+    return _mm256_unpackhi_epi8(a, b);
+}
+
+template <int32_t kFirst, int32_t kSecond>
+inline Weighed Weigh(Wide woven)
+{
+    constexpr int32_t kWeights = kFirst | (kSecond << 8);
+    return {_mm256_maddubs_epi16(woven, Set16(kWeights)),
+            _mm256_maddubs_epi16(woven, Set16(kWeights * 3))};
+}
+
+// The nearest of a sixteenth.
+inline Wide Sixteenth(Wide value)
+{
+    return _mm256_mulhrs_epi16(value, Set16(2048));
 }
 
 // Two columns' texels, four in all.

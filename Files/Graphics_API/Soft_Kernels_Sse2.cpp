@@ -109,14 +109,34 @@ inline Wide MixNormal(Wide s, Wide d)
                   MixNormalHalf(SpreadHigh(s), SpreadHigh(d), _mm_unpackhi_epi8(half, d)));
 }
 
-struct Halves {
-    Wide low, high;
+// Bytes of two rows by turns, and both rows' sum with weights, once and three times.
+struct Weighed {
+    Wide once, thrice;
 };
 
-inline Halves ThreeToOne(Wide near, Wide far)
+inline Wide WeaveLow(Wide a, Wide b)
 {
-    const auto mix = [](Wide a, Wide b) { return Add16(Add16(a, b), Add16(a, a)); };
-    return {mix(SpreadLow(near), SpreadLow(far)), mix(SpreadHigh(near), SpreadHigh(far))};
+    return _mm_unpacklo_epi8(a, b);
+}
+inline Wide WeaveHigh(Wide a, Wide b)
+{
+    return _mm_unpackhi_epi8(a, b);
+}
+
+template <int32_t kFirst, int32_t kSecond>
+inline Weighed Weigh(Wide woven)
+{
+    static_assert(kFirst * kSecond == 3);
+    const Wide first = _mm_and_si128(woven, Set16(255)), second = ShiftRight16(woven, 8);
+    const Wide larger = kFirst == 3 ? first : second;
+    const Wide once = Add16(Add16(first, second), Add16(larger, larger));
+    return {once, Add16(once, Add16(once, once))};
+}
+
+// The nearest of a sixteenth.
+inline Wide Sixteenth(Wide value)
+{
+    return ShiftRight16(Add16(value, Set16(8)), 4);
 }
 
 inline __m128i MixPair(__m128i texels, uint32_t weights);

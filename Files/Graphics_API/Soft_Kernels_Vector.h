@@ -119,6 +119,10 @@ inline __m128i MixPair(__m128i texels, uint32_t weights)
     return _mm_mullo_epi16(channels, _mm_unpacklo_epi32(weight, weight));
 }
 
+// Pixels between the place written and the one fetched ahead: a picture larger than the
+// caches is slowed by waiting for its own rows. What is fetched past the end is unused.
+constexpr int32_t kAhead = 256;
+
 void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below, int32_t fraction,
                     int32_t count)
 {
@@ -127,6 +131,7 @@ void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below,
     constexpr int32_t kHalf = kLanes / 2;
     int32_t i = 0;
     for (; i + kLanes <= count; i += kLanes) {
+        __builtin_prefetch(out + i + kAhead, 1);
         Wide part[2];
         for (int32_t n = 0; n < 2; n++) {
             const int32_t at = (i + n * kHalf) * 4;
@@ -139,23 +144,34 @@ void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below,
     g_SoftScalar.StretchRows(out + i, above + i * 4, below + i * 4, fraction, count - i);
 }
 
-// Three parts of `near` and one of `far`, down and then across.
-void DoubleRowPair(uint32_t* out, const uint32_t* near, const uint32_t* far, int32_t pairs)
+inline void StoreDoubled(uint32_t* out, const Weighed left[2], const Weighed right[2])
 {
-    const Wide round = Set16(8);
-    const auto across = [&](Wide side, Wide sum) {
-        return ShiftRight16(Add16(sum, Add16(side, side)), 4);
-    };
+    const auto mix = [](Wide thrice, Wide once) { return Sixteenth(Add16(thrice, once)); };
+    StoreByTurns(out,
+                 Narrow(mix(left[0].thrice, right[0].once), mix(left[1].thrice, right[1].once)),
+                 Narrow(mix(right[0].thrice, left[0].once), mix(right[1].thrice, left[1].once)));
+}
+
+// Down first, where both rows share what was loaded, then across.
+void DoubleRowPair(uint32_t* upper, uint32_t* lower, const uint32_t* above, const uint32_t* below,
+                   int32_t pairs)
+{
     int32_t i = 0;
     for (; i + kLanes <= pairs; i += kLanes) {
-        const Halves left = ThreeToOne(Load(near + i), Load(far + i));
-        const Halves right = ThreeToOne(Load(near + i + 1), Load(far + i + 1));
-        const Wide low = Add16(Add16(left.low, right.low), round);
-        const Wide high = Add16(Add16(left.high, right.high), round);
-        StoreByTurns(out + i * 2, Narrow(across(left.low, low), across(left.high, high)),
-                     Narrow(across(right.low, low), across(right.high, high)));
+        __builtin_prefetch(upper + i * 2 + kAhead, 1);
+        __builtin_prefetch(lower + i * 2 + kAhead, 1);
+        const Wide a = Load(above + i), b = Load(below + i);
+        const Wide nextA = Load(above + i + 1), nextB = Load(below + i + 1);
+        const Wide left[2] = {WeaveLow(a, b), WeaveHigh(a, b)};
+        const Wide right[2] = {WeaveLow(nextA, nextB), WeaveHigh(nextA, nextB)};
+        const Weighed leftUp[2] = {Weigh<3, 1>(left[0]), Weigh<3, 1>(left[1])};
+        const Weighed rightUp[2] = {Weigh<3, 1>(right[0]), Weigh<3, 1>(right[1])};
+        StoreDoubled(upper + i * 2, leftUp, rightUp);
+        const Weighed leftDown[2] = {Weigh<1, 3>(left[0]), Weigh<1, 3>(left[1])};
+        const Weighed rightDown[2] = {Weigh<1, 3>(right[0]), Weigh<1, 3>(right[1])};
+        StoreDoubled(lower + i * 2, leftDown, rightDown);
     }
-    g_SoftScalar.DoubleRow(out + i * 2, near + i, far + i, pairs - i);
+    g_SoftScalar.DoubleRows(upper + i * 2, lower + i * 2, above + i, below + i, pairs - i);
 }
 
 inline uint32_t MixFour(__m128i aboveTexels, __m128i belowTexels, int32_t fractionX,
@@ -213,7 +229,7 @@ constexpr SoftKernels MakeKernels(const char* name)
         .StretchColumns = StretchColumnsBeside,
         .StretchColumnsApart = StretchColumnsApart,
         .StretchRows = StretchRowPair,
-        .DoubleRow = DoubleRowPair,
+        .DoubleRows = DoubleRowPair,
         .Bilinear = BilinearOne,
         .BilinearWalk = BilinearAlong,
     };

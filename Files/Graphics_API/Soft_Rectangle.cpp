@@ -212,20 +212,22 @@ public:
         pairs_ = std::min((count - before_) / 2, job.columns.size - 1 - first_);
     }
 
-    void Make(int32_t y, uint32_t* out) const
+    // True when the rows y and y + 1 stand between the same two rows of texels.
+    bool IsPair(int32_t y) const { return (Soft_TapOf(job_.rows.At(y)) & 255) == kQuarter; }
+
+    // Fills both rows between texels; y is either of them.
+    void Make(int32_t y, uint32_t* upper, uint32_t* lower) const
     {
         const Axis& rows = job_.rows;
         const int64_t tap = Soft_TapOf(rows.At(y));
-        const auto fraction = static_cast<int32_t>(tap & 255);
         const uint32_t* above = TexelRow(job_.draw, Soft_Address(tap >> 8, rows.size, rows.wrap));
         const uint32_t* below =
             TexelRow(job_.draw, Soft_Address((tap >> 8) + 1, rows.size, rows.wrap));
-        const bool nearAbove = fraction == kQuarter;
-        for (int32_t i = 0; i < before_; i++) out[i] = Single(i, above, below, fraction);
-        job_.draw.kernels->DoubleRow(out + before_, (nearAbove ? above : below) + first_,
-                                     (nearAbove ? below : above) + first_, pairs_);
+        job_.draw.kernels->DoubleRows(upper + before_, lower + before_, above + first_,
+                                      below + first_, pairs_);
+        for (int32_t i = 0; i < before_; i++) Single(i, above, below, upper, lower);
         for (int32_t i = before_ + pairs_ * 2; i < count_; i++)
-            out[i] = Single(i, above, below, fraction);
+            Single(i, above, below, upper, lower);
     }
 
 private:
@@ -238,14 +240,17 @@ private:
         return (tap & 255) == kQuarter && tap >= 0 && (tap >> 8) + 1 < job_.columns.size;
     }
 
-    uint32_t Single(int32_t i, const uint32_t* above, const uint32_t* below, int32_t fraction) const
+    void Single(int32_t i, const uint32_t* above, const uint32_t* below, uint32_t* upper,
+                uint32_t* lower) const
     {
         const Axis& columns = job_.columns;
         const int64_t tap = TapAt(i);
         const int32_t left = Soft_Address(tap >> 8, columns.size, columns.wrap);
         const int32_t right = Soft_Address((tap >> 8) + 1, columns.size, columns.wrap);
         const uint32_t texels[4] = {above[left], above[right], below[left], below[right]};
-        return job_.draw.kernels->Bilinear(texels, static_cast<int32_t>(tap & 255), fraction);
+        const auto fraction = static_cast<int32_t>(tap & 255);
+        upper[i] = job_.draw.kernels->Bilinear(texels, fraction, kQuarter);
+        lower[i] = job_.draw.kernels->Bilinear(texels, fraction, 256 - kQuarter);
     }
 
     const Job& job_;
@@ -258,10 +263,22 @@ private:
 void DoubleStrip(const Job& job, int32_t left, int32_t count)
 {
     const DoubledRows rows(job, left, count);
+    // The second row's place while the first is finished; rectangles have no other use
+    // for it.
+    uint32_t* spare = g_Soft->scratch.colours;
     for (int32_t y = job.top; y < job.bottom; y++) {
-        uint32_t* out = RoomForRow(job, left, y);
-        rows.Make(y, out);
-        Finish(job, left, y, out, count);
+        uint32_t* first = RoomForRow(job, left, y);
+        if (!rows.IsPair(y)) {
+            rows.Make(y, spare, first);
+            Finish(job, left, y, first, count);
+            continue;
+        }
+        const bool both = y + 1 < job.bottom;
+        const bool inPlace = both && first != g_Soft->scratch.source;
+        uint32_t* second = inPlace ? RoomForRow(job, left, y + 1) : spare;
+        rows.Make(y, first, second);
+        Finish(job, left, y, first, count);
+        if (both) Finish(job, left, ++y, second, count);
     }
 }
 

@@ -496,8 +496,10 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
                       kernels->Bilinear(four, fraction, 77));
         }
         std::vector<uint32_t> twice(source.size() * 2), twin(source.size() * 2);
-        g_SoftScalar.DoubleRow(twice.data(), source.data(), dest.data(), count - 6);
-        kernels->DoubleRow(twin.data(), source.data(), dest.data(), count - 6);
+        const int32_t pairs = count / 2 - 6;
+        g_SoftScalar.DoubleRows(twice.data(), &twice[source.size()], source.data(), dest.data(),
+                                pairs);
+        kernels->DoubleRows(twin.data(), &twin[source.size()], source.data(), dest.data(), pairs);
         EXPECT_EQ(twice, twin) << kernels->name;
     }
 }
