@@ -56,16 +56,17 @@ void WriteSeeds(const std::string& folder)
 {
     archive::Content older = archive::SampleContent();
     older.general.bytecodeVersion = 8;
-    const std::pair<const char*, archive::Content> seeds[] = {{"sample", archive::SampleContent()},
-                                                              {"empty", archive::Content{}},
-                                                              {"world", WithoutAssets()},
-                                                              {"older", older}};
-    for (const auto& [name, content] : seeds) {
-        const std::vector<uint8_t> bytes = archive::Write(content);
+    const std::pair<const char*, std::vector<uint8_t>> seeds[] = {
+        {"sample", archive::Write(archive::SampleContent())},
+        {"empty", archive::Write(archive::Content{})},
+        {"world", archive::Write(WithoutAssets())},
+        {"older", archive::Write(older)},
+        {"path", archive::SampleWithPath()},
+        {"timeline", archive::SampleWithTimeline()}};
+    for (const auto& [name, bytes] : seeds)
         std::ofstream(folder + "/" + name, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));
-    }
 }
 
 // The records that are read later in a run: room contents and masks.

@@ -19,10 +19,12 @@
 #include "Files/Graphics/Window.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
+#include "Files/Path/Path_Main.h"
 #include "Files/Room/Room_Main.h"
 #include "Files/Run/Run_Modules.h"
 #include "Files/Script/Script_Main.h"
 #include "Files/Sound/Audio_Main.h"
+#include "Files/TimeLine/TimeLine_Main.h"
 #include "Files/Variable/Variable_BuiltIn.h"
 #include "Host/Host_Stage.h"
 #include "tests/Files/Base/Archive_Sample.h"
@@ -374,6 +376,52 @@ TEST_F(ArchiveLoad, FontsMeasureTheirGlyphsAndReadTheirWord)
     EXPECT_EQ(font->glyphs[1]->shift, 11);
     EXPECT_EQ(Font_Data(2)->antialias, CFontSW().antialias);
     EXPECT_EQ(Font_Data(1), nullptr);
+}
+
+TEST_F(ArchiveLoad, PathsAndTimelines)
+{
+    std::vector<uint8_t> bytes = archive::SampleWithTimeline();
+    ASSERT_TRUE(Load(bytes)) << LastBox();
+    EXPECT_EQ(Path_Count(), 2);
+    EXPECT_EQ(Path_Data(0), nullptr);
+    const CPath* path = Path_Data(Path_Find("scr_one"));
+    ASSERT_NE(path, nullptr);
+    EXPECT_TRUE(path->smooth);
+    EXPECT_TRUE(path->closed);
+    EXPECT_EQ(path->precision, 4);
+    ASSERT_EQ(path->points.size(), 2U);
+    EXPECT_EQ(path->points[1].x, -3.0F);
+    EXPECT_EQ(path->points[1].y, 4.5F);
+    EXPECT_EQ(path->points[1].speed, 50.0F);
+
+    const CTimeline* timeline = TimeLine_Data(0);
+    ASSERT_NE(timeline, nullptr);
+    ASSERT_EQ(timeline->moments.size(), 1U);
+    EXPECT_EQ(timeline->moments[0].time, 30);
+    EXPECT_EQ(timeline->moments[0].code->index, 1);
+
+    // One point more than the chunk holds.
+    const uint32_t points = 3;
+    std::memcpy(&bytes[archive::BodyOf(bytes, "PATH") + 28], &points, 4);
+    EXPECT_FALSE(Find(bytes));
+    EXPECT_NE(LastBox().find("chunk PATH at offset "), std::string::npos) << LastBox();
+}
+
+TEST_F(ArchiveLoad, TheDebugCompanionIsWalked)
+{
+    const std::vector<uint8_t> bytes = archive::Write(Content());
+    WriteFile("marlowick.vxdebug", std::string("FORM\x1C\0\0\0DBGI\4\0\0\0abcd"
+                                               "XXXX\0\0\0\0INST\0\0\0\0",
+                                               36));
+    g_DebugConsole = g_ErrorConsole;
+    EXPECT_TRUE(Find(bytes));
+    const std::string walked = "Process Chunk: DBGI   4\n";
+    EXPECT_NE(console_.find(walked), std::string::npos) << console_;
+    EXPECT_EQ(console_.find("XXXX"), std::string::npos);
+    console_.clear();
+    WriteFile("marlowick.vxdebug", "FORM, or so it seems");
+    EXPECT_TRUE(Find(bytes)) << "a companion that is damaged is passed over";
+    EXPECT_EQ(console_.find("Process Chunk"), std::string::npos);
 }
 
 TEST(Crc, CheckValueOfTheStandard)

@@ -12,13 +12,6 @@
 namespace archive {
 namespace {
 
-uint32_t WordAt(const std::vector<uint8_t>& bytes, size_t at)
-{
-    uint32_t word;
-    std::memcpy(&word, bytes.data() + at, 4);
-    return word;
-}
-
 struct Chunk {
     std::string tag;
     uint32_t body, size;

@@ -2,7 +2,12 @@
 // A small archive's content with at least one record of every kind, no two fields
 // of a record alike where the type allows it.
 
+#include <cstring>
+#include <initializer_list>
+
 #include "Files/Base/Archive_Content.h"
+#include "Files/Base/Archive_Records.h"
+#include "Files/Base/Archive_Writer.h"
 
 namespace archive {
 
@@ -155,6 +160,70 @@ inline Content SampleContent()
           1,    2,   3,   4,   0,    0,    0,    0,    'I', 'E', 'N', 'D', 1,   2,   3,   4},
          0}};
     return content;
+}
+
+// ---- kinds of records that the writer leaves empty, put behind a written archive
+
+inline uint32_t WordAt(const std::vector<uint8_t>& bytes, size_t at)
+{
+    uint32_t word;
+    std::memcpy(&word, bytes.data() + at, sizeof word);
+    return word;
+}
+
+inline uint32_t BodyOf(const std::vector<uint8_t>& bytes, const char (&tag)[5])
+{
+    for (uint32_t at = 8; at < bytes.size(); at += 8 + WordAt(bytes, at + 4))
+        if (WordAt(bytes, at) == ArchiveTag(tag)) return at + 8;
+    return 0;
+}
+
+// The chunk of that tag gets one that loaders pass over; a new one stands at the end.
+inline void ReplaceChunk(std::vector<uint8_t>* bytes, const char (&tag)[5],
+                         const char (&passedOver)[5], std::initializer_list<uint32_t> body)
+{
+    std::memcpy(bytes->data() + BodyOf(*bytes, tag) - 8, passedOver, 4);
+    const auto append = [bytes](uint32_t word) {
+        bytes->resize(bytes->size() + 4);
+        std::memcpy(bytes->data() + bytes->size() - 4, &word, 4);
+    };
+    bytes->resize((bytes->size() + 3) & ~size_t{3});
+    append(ArchiveTag(tag));
+    append(static_cast<uint32_t>(4 * body.size()));
+    for (const uint32_t word : body) append(word);
+    const uint32_t size = static_cast<uint32_t>(bytes->size() - 8);
+    std::memcpy(bytes->data() + 4, &size, 4);
+}
+
+constexpr uint32_t FloatWord(float value)
+{
+    return std::bit_cast<uint32_t>(value);
+}
+
+// A path of two points, named as the first script, behind an empty slot.
+inline std::vector<uint8_t> SampleWithPath()
+{
+    Content content = SampleContent();
+    content.waves.clear();  // so that the archive ends on a word
+    std::vector<uint8_t> bytes = Write(content);
+    const uint32_t name = WordAt(bytes, WordAt(bytes, BodyOf(bytes, "SCPT") + 4));
+    const uint32_t body = static_cast<uint32_t>(bytes.size()) + 8;
+    ReplaceChunk(&bytes, "PATH", "HELP",
+                 {2, 0, body + 12, name, 1, 1, 4, 2, FloatWord(1.0F), FloatWord(2.0F),
+                  FloatWord(100.0F), FloatWord(-3.0F), FloatWord(4.5F), FloatWord(50.0F)});
+    return bytes;
+}
+
+// A timeline with one moment at step 30 that runs row 1 of the code table.
+inline std::vector<uint8_t> SampleWithTimeline()
+{
+    std::vector<uint8_t> bytes = SampleWithPath();
+    const uint32_t name = WordAt(bytes, WordAt(bytes, BodyOf(bytes, "SCPT") + 4));
+    const uint32_t body = static_cast<uint32_t>(bytes.size()) + 8;
+    ReplaceChunk(&bytes, "TMLN", "STAT",
+                 {1, body + 8, name, 1, 30,   body + 24, 1, body + 32,   1, 603, 7,
+                  0, 0,        1,    2, name, 1,         1, 0xFFFFFFFFU, 0, 0,   0});
+    return bytes;
 }
 
 }  // namespace archive
