@@ -45,14 +45,12 @@ void FREE_RValue_Slow(RValue* value)
     }
 }
 
-void COPY_RValue(RValue* dest, const RValue* src)
+void COPY_RValue_Slow(RValue* dest, const RValue* src)
 {
     dest->kind = src->kind;
     dest->flags = src->flags;
     switch (src->Kind()) {
-        case VALUE_REAL:
         case VALUE_INT64:
-        case VALUE_BOOL:
             dest->i64 = src->i64;
             break;
         case VALUE_STRING:

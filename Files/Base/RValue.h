@@ -29,9 +29,9 @@ enum RValueKind : uint32_t {
 };
 
 inline constexpr uint32_t kKindMask = 0xFFFFFF;
-inline constexpr uint32_t kFlagOwnsPtr = 8;  // a VALUE_PTR payload is deleted on release
+inline constexpr uint32_t kFlagOwnsPtr = 8;             // a VALUE_PTR payload is deleted on release
 inline constexpr int32_t ARRAY_INDEX_NONE = INT32_MIN;  // 0x80000000: no index was written
-inline constexpr int32_t kArrayRowStride = 32000;  // flat index = row * 32000 + column
+inline constexpr int32_t kArrayRowStride = 32000;       // flat index = row * 32000 + column
 
 struct RValue {
     union {
@@ -102,7 +102,15 @@ inline void RELEASE_RValue(RValue* value)
     value->kind = VALUE_UNDEFINED;
     value->i64 = 0;
 }
-void COPY_RValue(RValue* dest, const RValue* src);  // dest is assumed released
+void COPY_RValue_Slow(RValue* dest, const RValue* src);   // for values that are no numbers
+inline void COPY_RValue(RValue* dest, const RValue* src)  // dest is assumed released
+{
+    const uint32_t kind = src->Kind();
+    if (kind == VALUE_REAL || kind == VALUE_BOOL)
+        *dest = *src;
+    else
+        COPY_RValue_Slow(dest, src);
+}
 inline void ASSIGN_RValue(RValue* dest, const RValue* src)
 {
     RELEASE_RValue(dest);
@@ -117,7 +125,7 @@ RefArray* ARRAY_COPY(RefArray* source, RValue* owner);
 // ---- array access; index is flat or ARRAY_INDEX_NONE
 bool GET_RValue(RValue* out, RValue* value, int32_t index);
 void SET_RValue(RValue* dest, const RValue* src, int32_t index);
-RValue* ARRAY_LVAL(RValue* value, int32_t index);  // null for a negative row or column
+RValue* ARRAY_LVAL(RValue* value, int32_t index);              // null for a negative row or column
 const RValue* ARRAY_CELL(const RValue* value, int32_t index);  // read-only; null when out of range
 
 // The last array access that failed; array_get tests and clears it.
@@ -172,8 +180,8 @@ private:
 VXText VXGetString(const RValue* args, int i);
 
 double ToNumber(const RValue* value);
-VXText ToText(const RValue* value);             // owned
-const char* KindName(const RValue* value);      // "number", "string", ... or "unknown"
+VXText ToText(const RValue* value);         // owned
+const char* KindName(const RValue* value);  // "number", "string", ... or "unknown"
 
 // ---- comparison
 extern double g_MathEpsilon;  // default 1e-10
@@ -187,7 +195,10 @@ inline void SetReal(RValue& result, double value)
     result.flags = 0;
     result.kind = VALUE_REAL;
 }
-inline void SetBool(RValue& result, bool value) { SetReal(result, value ? 1.0 : 0.0); }
+inline void SetBool(RValue& result, bool value)
+{
+    SetReal(result, value ? 1.0 : 0.0);
+}
 
 // Restores g_MathEpsilon, the array-error record and the print stamps; at start-up.
 void RValue_Init();

@@ -70,6 +70,16 @@ RefArray* MakeWritable(RValue* value)
     return value->array;
 }
 
+// Takes a reference on the body of a string or an array; false when there is none.
+bool Hold(const RValue& value)
+{
+    const bool text = value.Kind() == VALUE_STRING && value.string;
+    const bool array = value.Kind() == VALUE_ARRAY && value.array;
+    if (text) ++value.string->refcount;
+    if (array) ++value.array->refcount;
+    return text || array;
+}
+
 void FreeCells(RefArray* body)
 {
     for (int32_t row = 0; row < body->rowCount; ++row) {
@@ -157,8 +167,7 @@ void SET_RValue(RValue* dest, const RValue* src, int32_t index)
 {
     // Held by a reference of its own: the source may be the destination or a cell of it.
     RValue held = *src;
-    if (held.Kind() == VALUE_STRING && held.string) ++held.string->refcount;
-    if (held.Kind() == VALUE_ARRAY && held.array) ++held.array->refcount;
+    const bool counted = held.NeedsRelease() && Hold(held);
 
     if (index == ARRAY_INDEX_NONE) {
         RELEASE_RValue(dest);
@@ -175,7 +184,7 @@ void SET_RValue(RValue* dest, const RValue* src, int32_t index)
             COPY_RValue(cell, &held);
         }
     }
-    if (held.Kind() != VALUE_PTR) FREE_RValue(&held);
+    if (counted) FREE_RValue(&held);
 }
 
 RValue* ARRAY_LVAL(RValue* value, int32_t index)

@@ -76,7 +76,7 @@ void PrintNumber(char (&line)[400], double number)
     const int64_t whole = TruncateToInt64(number);
     if (std::isnan(number))
         std::snprintf(line, sizeof line, "NaN");
-    else if (static_cast<double>(whole) == number && std::fabs(number) < 9.2e18)
+    else if (static_cast<double>(whole) == number && number < 9223372036854775808.0)
         std::snprintf(line, sizeof line, "%" PRId64, whole);
     else
         std::snprintf(line, sizeof line, "%.2f", number);

@@ -356,6 +356,9 @@ TEST_F(RValueTest, Printing)
     EXPECT_EQ(Print(Real(-0.0)), "0");
     EXPECT_EQ(Print(Real(NAN)), "NaN");
     EXPECT_EQ(Print(Real(1e15)), "1000000000000000");
+    EXPECT_EQ(Print(Real(-9223372036854774784.0)), "-9223372036854774784");
+    EXPECT_EQ(Print(Real(9223372036854775808.0)), "9223372036854775808.00") << "past 64 bits";
+    EXPECT_EQ(Print(Real(9223372036854774784.0)), "9223372036854774784") << "the last whole one";
     EXPECT_EQ(Print(Real(1e300)).size(), 304U);
     EXPECT_EQ(Print(Bool(1)), "1");
     EXPECT_EQ(Print(Bool(0)), "0");
