@@ -158,8 +158,9 @@ void* PopBlock(CBucket* bucket, size_t size, bool clear, const Where& where)
     }
     Count(bucket->BlockSize(), size, where);
     lock.unlock();
-    // The whole block: it may grow in place up to its size without another clearing.
-    if (clear) std::memset(block, 0, bucket->BlockSize());
+    // What lies behind `size` is zero in any case: the block may grow into it in place.
+    const size_t kept = clear ? 0 : size;
+    std::memset(static_cast<char*>(block) + kept, 0, bucket->BlockSize() - kept);
     return block;
 }
 

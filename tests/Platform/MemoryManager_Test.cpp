@@ -88,6 +88,16 @@ TEST(MemoryManager, ReAllocKeepsContentAndZeroesWhatIsNew)
         EXPECT_TRUE(IsZero(block + 20, size - 20)) << size;
     }
     MemoryManager::Free(block);
+
+    // Nor does a block that was not cleared grow into what its place held before.
+    char* used = static_cast<char*>(MemoryManager::Alloc(64));
+    std::memset(used, 9, 64);
+    MemoryManager::Free(used);
+    char* again = static_cast<char*>(MemoryManager::Alloc(40));
+    ASSERT_EQ(again, used);
+    EXPECT_EQ(MemoryManager::ReAlloc(again, 64), again);
+    EXPECT_TRUE(IsZero(again + 40, 24));
+    MemoryManager::Free(again);
 }
 
 TEST(MemoryManager, AlignedBlocksOfAnyAlignment)
