@@ -37,6 +37,7 @@ void Code_Init()
 {
     Code_Quit();
     g_TraceHead = nullptr;
+    g_TargetMissing = false;
     g_CalledRow = "";
     s_ErrorText[0] = 0;
 }
@@ -121,13 +122,12 @@ bool Code_Execute(CInstance* self, CInstance* other, CCode* code, RValue* result
     if (code->kind == 3) {
         if (result) ASSIGN_RValue(result, &code->constant);
     } else if (code->function && code->function->event) {
-        g_CalledRow = code->name;
         if (code->script) {
             RValue unused;
-            RValue& value = result ? *result : unused;
-            code->function->script(self, other, value, 0, nullptr);
+            Script_Run(code, self, other, result ? *result : unused, 0, nullptr);
             FREE_RValue(&unused);
         } else {
+            g_CalledRow = code->name;
             code->function->event(self, other);
         }
     }

@@ -190,6 +190,19 @@ void Instance_DestroyDirect(CInstance* self, CInstance* other, int argc, RValue*
         if (instance->Alive()) Instance_Destroy(instance, withEvents);
 }
 
+void Script_Run(const CCode* code, CInstance* self, CInstance* other, RValue& result, int argc,
+                RValue** args)
+{
+    const int32_t callerCount = g_ArgumentCount;
+    RValue** const callerArguments = g_Arguments;
+    g_ArgumentCount = argc;
+    g_Arguments = args;
+    g_CalledRow = code->name;
+    code->function->script(self, other, result, argc, args);
+    g_ArgumentCount = callerCount;
+    g_Arguments = callerArguments;
+}
+
 RValue& Script_Call(int32_t script, CInstance* self, CInstance* other, RValue& result, int argc,
                     RValue* args)
 {
@@ -207,14 +220,6 @@ RValue& Script_Call(int32_t script, CInstance* self, CInstance* other, RValue& r
         pointers = many.data();
     }
     for (int i = 0; i < argc; ++i) pointers[i] = args + i;
-
-    const int32_t callerCount = g_ArgumentCount;
-    RValue** const callerArguments = g_Arguments;
-    g_ArgumentCount = argc;
-    g_Arguments = pointers;
-    g_CalledRow = code->name;
-    code->function->script(self, other, result, argc, pointers);
-    g_ArgumentCount = callerCount;
-    g_Arguments = callerArguments;
+    Script_Run(code, self, other, result, argc, pointers);
     return result;
 }

@@ -39,6 +39,9 @@ void Instance_DestroyDirect(CInstance* self, CInstance* other, int argc, RValue*
 
 RValue& Script_Call(int32_t script, CInstance* self, CInstance* other, RValue& result, int argc,
                     RValue* args);
+// The script of a code object that has one; the arguments are the caller's.
+void Script_Run(const CCode* code, CInstance* self, CInstance* other, RValue& result, int argc,
+                RValue** args);
 extern int32_t g_ArgumentCount;  // of the running script
 extern RValue** g_Arguments;
 

@@ -17,7 +17,10 @@
 // Each handle and built-in notes the line of its caller in the running frame, so
 // an error report names the statement under way.
 
+#include <cmath>
+#include <compare>
 #include <cstdint>
+#include <initializer_list>
 #include <type_traits>
 
 #include "Files/Code/CCode.h"
@@ -295,6 +298,67 @@ inline TargetVar Object::var(InstanceVar variable) const
 inline TargetVar Object::var(BuiltinVar variable) const
 {
     return TargetVar(index, g_RunnerData.varSlots[variable.position]->id);
+}
+
+// ---- comparison
+// A number read from a variable equals a constant from which it differs by no more than
+// g_MathEpsilon, and lies above or below it only by more; two variables compare as values.
+namespace seam {
+
+template <class T>
+concept Readable = std::is_same_v<T, Value> || std::is_same_v<T, VarRef> ||
+    std::is_same_v<T, TargetVar> || std::is_same_v<T, Global> || std::is_same_v<T, BuiltinGlobal>;
+
+inline const Value& Read(const Value& value)
+{
+    return value;
+}
+inline Value Read(const VarRef& variable)
+{
+    return variable.get();
+}
+inline Value Read(const TargetVar& variable)
+{
+    return variable.get();
+}
+template <class T>
+Value Read(const T& global)
+{
+    return global.ref().get();
+}
+
+template <Readable A, Readable B>
+int Compare(const A& a, const B& b)
+{
+    return VXCompareVal(&Read(a).raw(), &Read(b).raw(), g_MathEpsilon);
+}
+
+}  // namespace seam
+
+template <seam::Readable Handle, class Constant>
+requires std::is_arithmetic_v<Constant>
+bool operator==(const Handle& handle, Constant constant)
+{
+    return std::fabs(static_cast<double>(handle) - static_cast<double>(constant)) <= g_MathEpsilon;
+}
+template <seam::Readable Handle, class Constant>
+requires std::is_arithmetic_v<Constant> std::partial_ordering operator<=>(const Handle& handle,
+                                                                          Constant constant)
+{
+    const double difference = static_cast<double>(handle) - static_cast<double>(constant);
+    if (difference > g_MathEpsilon) return std::partial_ordering::greater;
+    return difference < -g_MathEpsilon ? std::partial_ordering::less
+                                       : std::partial_ordering::equivalent;
+}
+template <seam::Readable A, seam::Readable B>
+bool operator==(const A& a, const B& b)
+{
+    return seam::Compare(a, b) == 0;
+}
+template <seam::Readable A, seam::Readable B>
+std::partial_ordering operator<=>(const A& a, const B& b)
+{
+    return seam::Compare(a, b) <=> 0;
 }
 
 // ---- with: `for (CInstance* box : With(self, oMonte)) ...` visits the instances as

@@ -1,11 +1,13 @@
 // The direct forms: native arguments in, the runtime's own operations behind.
 
 #include "Files/Base/Error.h"
+#include "Files/Base/Utf8.h"
 #include "Files/Code/Seam.h"
 #include "Files/Function/Function_Action.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Draw_State.h"
+#include "Files/Graphics/Surface.h"
 #include "Files/Graphics/Text.h"
 #include "Files/IO/IO.h"
 #include "Files/IO/Ini_File.h"
@@ -168,6 +170,18 @@ void draw_rectangle(double x1, double y1, double x2, double y2, bool outline, He
     Draw_Rectangle(F(x1), F(y1), F(x2), F(y2), outline);
 }
 
+bool surface_set_target(int32_t surface, Here line)
+{
+    Frame::Line(line);
+    return Surface_SetTarget(0, surface);
+}
+
+bool surface_reset_target(Here line)
+{
+    Frame::Line(line);
+    return Surface_ResetTarget();
+}
+
 bool keyboard_check(int32_t key, Here line)
 {
     Frame::Line(line);
@@ -178,6 +192,24 @@ double irandom(double n, Here line)
 {
     Frame::Line(line);
     return static_cast<double>(Random_Integer(static_cast<int64_t>(n)));
+}
+
+double choose(std::initializer_list<double> values, Here line)
+{
+    Frame::Line(line);
+    return values.size() > 0 ? values.begin()[Random_Word() % values.size()] : 0;
+}
+
+double ord(const char* text, Here line)
+{
+    Frame::Line(line);
+    return Utf8_Next(&text);
+}
+
+void show_debug_message(const Value& value, Here line)
+{
+    Frame::Line(line);
+    Console_DebugMessage(ToText(&value.raw()));
 }
 
 void show_debug_message(const char* text, Here line)

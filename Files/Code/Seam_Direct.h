@@ -8,8 +8,14 @@ struct Place {
     bool relative;
 };
 inline constexpr Place here{0, 0, true};  // where the acting instance stands
-constexpr Place beside(double dx, double dy) { return {dx, dy, true}; }
-constexpr Place at(double px, double py) { return {px, py, false}; }
+constexpr Place beside(double dx, double dy)
+{
+    return {dx, dy, true};
+}
+constexpr Place at(double px, double py)
+{
+    return {px, py, false};
+}
 
 // ---- collision
 bool place_free(CInstance* self, double px, double py, Here line = Here::current());
@@ -55,8 +61,16 @@ void draw_set_valign(int32_t align, Here line = Here::current());  // fa_top, fa
 void draw_rectangle(double x1, double y1, double x2, double y2, bool outline,
                     Here line = Here::current());
 
+// ---- surfaces; false for one that does not exist, and with nothing to go back to
+bool surface_set_target(int32_t surface, Here line = Here::current());
+bool surface_reset_target(Here line = Here::current());
+
 // ---- input, chance, messages, the game
 bool keyboard_check(int32_t key, Here line = Here::current());
 double irandom(double n, Here line = Here::current());
+// One of the values, each as likely; 0 of none.
+double choose(std::initializer_list<double> values, Here line = Here::current());
+double ord(const char* text, Here line = Here::current());  // code point of the first character
 void show_debug_message(const char* text, Here line = Here::current());
+void show_debug_message(const Value& value, Here line = Here::current());
 void game_end(Here line = Here::current());

@@ -252,7 +252,7 @@ TEST_F(CodeInterface, BuiltinsGetACopyOfTheirArguments)
 // A code object of a script's row runs in the script's form.
 RValue& Script_NoArguments(CInstance*, CInstance*, RValue& result, int argc, RValue**)
 {
-    SetReal(result, 40 + argc);
+    SetReal(result, 40 + argc + g_ArgumentCount);
     return result;
 }
 
@@ -269,8 +269,11 @@ TEST_F(CodeInterface, CodeObjects)
     g_RunnerData.codeCount = 2;
     EXPECT_EQ(Code_FindRow("vxl_Object_x_Create_0"), 1);
     RValue result;
+    g_ArgumentCount = 3;
     EXPECT_TRUE(Code_Execute(nullptr, nullptr, Code_Make(0), &result, 0));
-    EXPECT_EQ(result.real, 40);
+    EXPECT_EQ(result.real, 40) << "not the arguments of the script that runs outside it";
+    EXPECT_EQ(g_ArgumentCount, 3);
+    g_ArgumentCount = 0;
     // A flagged error is reported when the code ends, not fatal, and cleared.
     EXPECT_FALSE(Code_Execute(nullptr, nullptr, Code_Make(1), &result, 0));
     EXPECT_NE(Stage_ErrorTexts().back().find("broken 4"), VxString::npos);
