@@ -83,9 +83,21 @@ inline Wide LoadPart(const uint32_t* p, int32_t count)
 {
     return _mm256_maskload_epi32(reinterpret_cast<const int*>(p), PartMask(count));
 }
+// In pieces: some processors take a masked store slowly.
 inline void StorePart(uint32_t* p, Wide v, int32_t count)
 {
-    _mm256_maskstore_epi32(reinterpret_cast<int*>(p), PartMask(count), v);
+    __m128i rest = _mm256_castsi256_si128(v);
+    if (count & 4) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), rest);
+        rest = _mm256_extracti128_si256(v, 1);
+        p += 4;
+    }
+    if (count & 2) {
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(p), rest);
+        rest = _mm_unpackhi_epi64(rest, rest);
+        p += 2;
+    }
+    if (count & 1) *p = static_cast<uint32_t>(_mm_cvtsi128_si32(rest));
 }
 // The pixels of both, one of each by turns.
 inline void StoreByTurns(uint32_t* p, Wide even, Wide odd)
