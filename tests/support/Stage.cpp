@@ -76,8 +76,10 @@ void Stage::Listen(void* context, const char* text)
 void Stage::Boot(const Options& options)
 {
     folder_ = FreshFolder();
-    std::filesystem::create_directories(SavePath(folder_).parent_path());
-    if (!options.save.empty()) std::ofstream(SavePath(folder_), std::ios::binary) << options.save;
+    if (!options.save.empty()) {
+        std::filesystem::create_directories(SavePath(folder_).parent_path());
+        std::ofstream(SavePath(folder_), std::ios::binary) << options.save;
+    }
 
     Host_UseStage();
     Stage_Reset();
