@@ -1,5 +1,7 @@
 #include "Files/Graphics_API/Soft_Kernels.h"
 
+#include <algorithm>
+
 namespace {
 
 inline uint32_t Channel(uint32_t pixel, int32_t shift)
@@ -177,6 +179,7 @@ const SoftKernels g_SoftScalar = {
     .StretchColumns = StretchColumnsApart,
     .StretchColumnsApart = StretchColumnsApart,
     .StretchRows = StretchRows,
+    .StretchBoth = nullptr,
     .DoubleRows = DoubleRows,
     .Bilinear = Bilinear,
     .BilinearWalk = BilinearWalk,
@@ -198,6 +201,28 @@ void SoftColumns::Set(int32_t index, int32_t left, int32_t right, int32_t weight
     const uint64_t bytes = one ? (weight == 0 ? kLeft : kRight) : kBoth;
     order[index] = bytes + (index & 1 ? kNext : 0);
     shares[index] = (one ? kHalves : leftShare | (rightShare << 8)) * kFourTimes;
+}
+
+void SoftColumns::Complete(int32_t count, int32_t size)
+{
+    constexpr int32_t kReach = 8;
+    const int32_t last = count - 1;
+    while (count & 3) Set(count++, first[last], second[last], weights[last][1]);
+    close = size >= kReach;
+    for (int32_t i = 0; i < count && close; i += 4) {
+        int32_t low = first[i], high = second[i];
+        for (int32_t n = i + 1; n < i + 4; n++) {
+            low = std::min(low, first[n]);
+            high = std::max(high, second[n]);
+        }
+        const int32_t start = std::min(low, size - kReach);
+        close = high - start < kReach;
+        base[i / 4] = start;
+        for (int32_t n = i; n < i + 4; n++) {
+            places[n][0] = first[n] - start;
+            places[n][1] = second[n] - start;
+        }
+    }
 }
 
 const SoftKernels& Soft_BestKernels()

@@ -28,9 +28,15 @@ struct SoftColumns {
     int32_t first[kSoftRun], second[kSoftRun];
     uint16_t weights[kSoftRun][2];
     uint64_t order[kSoftRun], shares[kSoftRun];
+    // When `close`: each four columns lie within eight texels from their base on.
+    bool close;
+    int32_t base[kSoftRun / 4], places[kSoftRun][2];
 
     // weight: of `right`, 0 to 256.
     void Set(int32_t index, int32_t left, int32_t right, int32_t weight);
+    // After the last Set: repeats the last column up to a multiple of four, and finds out
+    // whether columns are close. size: texels in a row.
+    void Complete(int32_t count, int32_t size);
 };
 
 // A straight walk over texels: places are counted from texel centres with 32 bits
@@ -60,6 +66,10 @@ struct SoftKernels {
     // fraction: 0 to 255, the share of `below`.
     void (*StretchRows)(uint32_t* out, const uint16_t* above, const uint16_t* below,
                         int32_t fraction, int32_t count);
+    // Both steps for a row that shares no columns with its neighbours, with the bytes of
+    // the two; null where that is no gain.
+    void (*StretchBoth)(uint32_t* out, const uint32_t* above, const uint32_t* below,
+                        const SoftColumns& columns, int32_t fraction, int32_t count);
     // Exactly twice the size: the two rows of pixels between two rows of texels. Each of
     // `pairs` neighbours, from texels 0 and 1 on, makes the two pixels between them in
     // both rows. The row a pixel is nearer to counts three times, the other once.

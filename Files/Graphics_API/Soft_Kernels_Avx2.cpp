@@ -169,20 +169,68 @@ inline Wide LoadLongs(const uint64_t* p)
     return _mm256_loadu_si256(reinterpret_cast<const Wide*>(p));
 }
 
-// As in MixNormal, 128 is taken from each channel; weights of 256 in all put 32768 back.
+template <bool kClose>
+inline Wide FourPairs(const uint32_t* row, const SoftColumns& columns, int32_t i)
+{
+    if constexpr (kClose)
+        return _mm256_permutevar8x32_epi32(
+            Load(row + columns.base[i / 4]),
+            _mm256_loadu_si256(reinterpret_cast<const Wide*>(columns.places[i])));
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(TwoPairs(row, columns.first + i)),
+                                   TwoPairs(row, columns.first + i + 2), 1);
+}
+
+// Four columns. As in MixNormal, 128 is taken from each channel; weights of 256 in all
+// put 32768 back.
+template <bool kClose>
+inline Wide FourColumns(const uint32_t* row, const SoftColumns& columns, int32_t i)
+{
+    const Wide texels = Flip(FourPairs<kClose>(row, columns, i));
+    const Wide pairs = _mm256_shuffle_epi8(texels, LoadLongs(columns.order + i));
+    const Wide sums = _mm256_maddubs_epi16(LoadLongs(columns.shares + i), pairs);
+    return _mm256_xor_si256(sums, Set16(-32768));
+}
+
+template <bool kClose>
+inline void StretchColumnsRow(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
+                              int32_t count)
+{
+    for (int32_t i = 0; i < count; i += 4)
+        _mm256_storeu_si256(reinterpret_cast<Wide*>(out + i * 4),
+                            FourColumns<kClose>(row, columns, i));
+}
+
 void StretchColumnsBeside(uint16_t* out, const uint32_t* row, const SoftColumns& columns,
                           int32_t count)
 {
-    const Wide lacking = Set16(-32768);
+    (columns.close ? StretchColumnsRow<true> : StretchColumnsRow<false>)(out, row, columns, count);
+}
+
+template <bool kClose>
+inline void StretchBothRows(uint32_t* out, const uint32_t* above, const uint32_t* below,
+                            const SoftColumns& columns, int32_t fraction, int32_t count)
+{
+    const Wide upper = Set16((256 - fraction) * 128), lower = Set16(fraction * 128);
     for (int32_t i = 0; i < count; i += 4) {
-        const Wide texels =
-            _mm256_inserti128_si256(_mm256_castsi128_si256(TwoPairs(row, columns.first + i)),
-                                    TwoPairs(row, columns.first + i + 2), 1);
-        const Wide pairs = _mm256_shuffle_epi8(Flip(texels), LoadLongs(columns.order + i));
-        const Wide sums = _mm256_maddubs_epi16(LoadLongs(columns.shares + i), pairs);
-        _mm256_storeu_si256(reinterpret_cast<Wide*>(out + i * 4), _mm256_xor_si256(sums, lacking));
+        const Wide sum = Add16(MulHigh16(FourColumns<kClose>(above, columns, i), upper),
+                               MulHigh16(FourColumns<kClose>(below, columns, i), lower));
+        const Wide part = ShiftRight16(Add16(sum, Set16(64)), 7);
+        const Wide pixels = NarrowInOrder(part, part);
+        if (i + 4 <= count)
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm256_castsi256_si128(pixels));
+        else
+            StorePart(out + i, pixels, count - i);
     }
 }
+
+void StretchTogether(uint32_t* out, const uint32_t* above, const uint32_t* below,
+                     const SoftColumns& columns, int32_t fraction, int32_t count)
+{
+    const auto stretch = columns.close ? StretchBothRows<true> : StretchBothRows<false>;
+    stretch(out, above, below, columns, fraction, count);
+}
+
+constexpr decltype(SoftKernels::StretchBoth) kStretchBoth = StretchTogether;
 
 }  // namespace
 

@@ -158,6 +158,8 @@ void StretchColumnsBeside(uint16_t* out, const uint32_t* row, const SoftColumns&
     }
 }
 
+constexpr decltype(SoftKernels::StretchBoth) kStretchBoth = nullptr;
+
 }  // namespace
 
 #include "Files/Graphics_API/Soft_Kernels_Vector.h"

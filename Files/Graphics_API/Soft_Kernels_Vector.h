@@ -229,6 +229,7 @@ constexpr SoftKernels MakeKernels(const char* name)
         .StretchColumns = StretchColumnsBeside,
         .StretchColumnsApart = StretchColumnsApart,
         .StretchRows = StretchRowPair,
+        .StretchBoth = kStretchBoth,
         .DoubleRows = DoubleRowPair,
         .Bilinear = BilinearOne,
         .BilinearWalk = BilinearAlong,

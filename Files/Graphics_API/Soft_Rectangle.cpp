@@ -82,8 +82,7 @@ bool MakeColumns(const Job& job, int32_t left, int32_t count, SoftColumns& out)
         beside = beside && second == first + 1;
         out.Set(i, first, second, weight);
     }
-    // The loops work on four at a time.
-    for (int32_t i = count; i & 3; i++) out.Set(i, 0, 1, 0);
+    out.Complete(count, axis.size);
     return beside;
 }
 
@@ -173,6 +172,22 @@ public:
         beside_ = MakeColumns(job, left, count, g_Soft->scratch.columns);
     }
 
+    // The finished pixels between two rows of texels.
+    void Make(uint32_t* out, int32_t above, int32_t below, int32_t fraction)
+    {
+        const SoftKernels& kernels = *job_.draw.kernels;
+        const bool shrinks = std::abs(job_.rows.plane.stepX) > int64_t{1} << 32;
+        if (shrinks && beside_ && kernels.StretchBoth) {
+            kernels.StretchBoth(out, TexelRow(job_.draw, above), TexelRow(job_.draw, below),
+                                g_Soft->scratch.columns, fraction, count_);
+            return;
+        }
+        const uint16_t* upper = Get(above, below);
+        const uint16_t* lower = Get(below, above);
+        kernels.StretchRows(out, upper, lower, fraction, count_);
+    }
+
+private:
     const uint16_t* Get(int32_t row, int32_t keep)
     {
         SoftScratch& scratch = g_Soft->scratch;
@@ -186,7 +201,6 @@ public:
         return scratch.rows[free];
     }
 
-private:
     const Job& job_;
     int32_t count_;
     bool beside_;
@@ -304,10 +318,8 @@ void LinearStrip(const Job& job, int32_t left, int32_t count)
         }
         if (!stretched) stretched = new (room) StretchedRows(job, left, count);
         const int32_t below = Soft_Address((tap >> 8) + 1, job.rows.size, job.rows.wrap);
-        const uint16_t* upper = stretched->Get(above, below);
-        const uint16_t* lower = stretched->Get(below, above);
         uint32_t* out = RoomForRow(job, left, y);
-        job.draw.kernels->StretchRows(out, upper, lower, fraction, count);
+        stretched->Make(out, above, below, fraction);
         Finish(job, left, y, out, count);
     }
 }

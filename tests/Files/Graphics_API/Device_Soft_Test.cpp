@@ -479,9 +479,13 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
         EXPECT_EQ(a, b) << kernels->name;
         for (int32_t fraction = 0; fraction < 256; fraction++) {
             auto columns = std::make_unique<SoftColumns>();
-            for (int32_t i = 0; i < 64; i++)
-                columns->Set(i, i * 97 + fraction, i * 97 + fraction + 1,
+            const int32_t apart = fraction & 1 ? 97 : fraction & 2 ? 2 : 1;
+            for (int32_t i = 0; i < 61; i++)
+                columns->Set(i, i * apart + fraction, i * apart + fraction + 1,
                              i % 7 ? fraction : (i & 1) * 256);
+            // Close ones end with the row, so that no load may begin too late.
+            columns->Complete(61, 60 * apart + fraction + 2);
+            EXPECT_EQ(columns->close, apart <= 2);
             uint16_t rows[4][64 * 4];
             uint32_t out[2][61];
             for (int32_t i = 0; i < 4; i++) {
@@ -491,6 +495,11 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
             g_SoftScalar.StretchRows(out[0], rows[0], rows[1], 255 - fraction, 61);
             kernels->StretchRows(out[1], rows[2], rows[3], 255 - fraction, 61);
             ASSERT_EQ(std::memcmp(out[0], out[1], sizeof(out[0])), 0) << fraction;
+            if (kernels->StretchBoth) {
+                kernels->StretchBoth(out[1], source.data(), dest.data(), *columns, 255 - fraction,
+                                     61);
+                ASSERT_EQ(std::memcmp(out[0], out[1], sizeof(out[0])), 0) << fraction;
+            }
             const uint32_t* four = &source[static_cast<size_t>(fraction * 200)];
             ASSERT_EQ(g_SoftScalar.Bilinear(four, fraction, 77),
                       kernels->Bilinear(four, fraction, 77));
