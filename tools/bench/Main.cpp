@@ -23,6 +23,7 @@
 #include "Files/Variable/Variable_BuiltIn.h"
 #include "Names.h"
 #include "tests/support/Stage.h"
+#include "tools/bench/Peers.h"
 
 using namespace names;
 
@@ -30,11 +31,14 @@ namespace {
 
 constexpr char kHelp[] =
     "vexo-bench [--json] [--only NAME] [--rounds N]\n"
+    "vexo-bench --peers [--only NAME] [--rounds N]\n"
     "\n"
     "  --json        one JSON object: name to rate\n"
     "  --only NAME   one rate alone\n"
     "  --rounds N    that many rounds instead of half a second, for tools that count\n"
-    "                instructions\n";
+    "                instructions\n"
+    "  --peers       the soft device beside other rasterisers, as ratios of the fastest\n"
+    "                of N turns (at least 12); ours is faster above 1\n";
 
 constexpr double kSeconds = 0.5;  // a rate is measured for at least so long
 constexpr int kInstances = 1000;
@@ -211,12 +215,14 @@ double RunOne(const Rate& rate, long rounds)
 
 int main(int argc, char** argv)
 {
-    bool json = false;
+    bool json = false, peers = false;
     std::string only;
     long rounds = 0;
     for (int i = 1; i < argc; ++i) {
         if (!std::strcmp(argv[i], "--json"))
             json = true;
+        else if (!std::strcmp(argv[i], "--peers"))
+            peers = true;
         else if (!std::strcmp(argv[i], "--only") && i + 1 < argc)
             only = argv[++i];
         else if (!std::strcmp(argv[i], "--rounds") && i + 1 < argc)
@@ -225,6 +231,11 @@ int main(int argc, char** argv)
             std::fputs(kHelp, std::strcmp(argv[i], "--help") ? stderr : stdout);
             return std::strcmp(argv[i], "--help") ? 2 : 0;
         }
+    }
+    if (peers) {
+        if (RunPeers(only.c_str(), static_cast<int>(rounds)) > 0) return 0;
+        std::fprintf(stderr, "vexo-bench: no comparison is called %s\n", only.c_str());
+        return 2;
     }
     bool any = false;
     if (json) std::printf("{");
