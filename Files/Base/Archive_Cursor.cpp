@@ -69,8 +69,8 @@ const uint8_t* Cursor::TakeBytes(uint64_t count, uint64_t size, const char* what
 {
     if (!Ok()) return nullptr;
     if (size != 0 && count > Left() / size) {
-        Fail("%s: %llu x %llu bytes lead outside, %u are left", what,
-             static_cast<unsigned long long>(count), static_cast<unsigned long long>(size), Left());
+        const auto wanted = static_cast<unsigned long long>(count * size);
+        Fail("%s of %llu bytes leads outside, %u bytes are left", what, wanted, Left());
         return nullptr;
     }
     const uint32_t bytes = static_cast<uint32_t>(count * size);
@@ -88,7 +88,7 @@ Cursor Cursor::At(uint32_t offset, const char* what) const
     Cursor there = *this;
     if (offset < begin_ || offset >= end_) {
         there.at_ = end_;
-        Fail("%s at %u lies outside the chunk, which ends at %u", what, offset, end_);
+        Fail("%s: offset %u lies outside the chunk, which ends at %u", what, offset, end_);
     } else {
         there.at_ = offset;
     }

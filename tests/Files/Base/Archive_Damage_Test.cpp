@@ -130,7 +130,7 @@ TEST(ArchiveDamage, SizesAndCountsThatLeadOutside)
 TEST(ArchiveDamage, OffsetsThatLeadOutside)
 {
     Bent record;
-    ExpectRefused(record.Set(record.Body("OBJT") + 4, 0x7FFFFFFF), "OBJT", "at 2147483647");
+    ExpectRefused(record.Set(record.Body("OBJT") + 4, 0x7FFFFFFF), "OBJT", "offset 2147483647");
     Bent other;
     ExpectRefused(other.Set(other.Body("ROOM") + 4, other.Body("SPRT")), "ROOM", "outside");
     Bent text;
