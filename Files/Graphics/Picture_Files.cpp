@@ -95,7 +95,8 @@ bool Picture_Save(const char* name, const uint32_t* pixels, int32_t width, int32
         const uint32_t pixel = pixels[i];
         swapped[i] = (pixel & 0xFF00FF00U) | (pixel & 0xFFU) << 16 | (pixel >> 16 & 0xFFU);
     }
-    const bool written = CreateParentDirectories(path) &&
+    // The empty file first: it is the user's alone, and stays so.
+    const bool written = WriteSaveFile(name, "", 0) &&
                          WritePNG(path, reinterpret_cast<const uint8_t*>(swapped), width, height);
     MemoryManager::Free(swapped);
     return written;

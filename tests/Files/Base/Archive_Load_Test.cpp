@@ -276,6 +276,15 @@ TEST_F(ArchiveLoad, OptionsIniSetsWhatTheCommandLineDidNot)
     EXPECT_EQ(g_IniOptions.vertexBufferMethod, -1);
 }
 
+TEST_F(ArchiveLoad, OptionsIniTurnsTheDebugOutputOn)
+{
+    WriteFile("options.ini", "[DEFAULT]\nDebug=1\n");
+    ASSERT_TRUE(Find(archive::Write(Content())));
+    EXPECT_TRUE(g_Switches.debug);
+    g_DebugConsole->Output("a trace line\n");
+    EXPECT_NE(console_.find("a trace line\n"), std::string::npos);
+}
+
 TEST_F(ArchiveLoad, OptionsThatAreNoIniFileChangeNothing)
 {
     WriteFile("options.ini", "SleepMargin=4\nno section at all\n");

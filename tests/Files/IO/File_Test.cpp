@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Files/Graphics/Picture_Files.h"
 #include "Files/IO/File_Csv.h"
 #include "Files/IO/File_Disk.h"
 #include "tests/Files/IO/support_Folders.h"
@@ -25,6 +26,10 @@ TEST_F(Files, WhatIsWrittenIsTheUsersAlone)
     Call("file_text_close", {file});
     EXPECT_EQ(Bytes(Saved("sub/a.txt")), "x");
     EXPECT_EQ(std::filesystem::status(Saved("sub/a.txt")).permissions(), perms(0600));
+    const uint32_t pixel = 0xFF102030;
+    EXPECT_TRUE(Picture_Save("sub/a.png", &pixel, 1, 1));
+    EXPECT_EQ(std::filesystem::status(Saved("sub/a.png")).permissions(), perms(0600));
+    EXPECT_FALSE(Picture_Save("../a.png", &pixel, 1, 1));
     for (const char* folder : {"", "sub"})
         EXPECT_EQ(std::filesystem::status(Saved(folder)).permissions(), perms(0700));
 }
