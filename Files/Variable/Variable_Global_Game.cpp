@@ -30,7 +30,7 @@ namespace {
 using namespace rows;
 
 constexpr int32_t kArgumentRows = 16;
-constexpr size_t kEnvironmentLength = 255;   // bytes of an environment variable that are read
+constexpr size_t kEnvironmentLength = 255;  // bytes of an environment variable that are read
 constexpr double kMicrosPerSecond = 1000000.0;
 
 // What games may say about their score; nothing draws it.
