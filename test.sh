@@ -20,7 +20,7 @@ say "Testing ($preset)"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1
 # A screen for the tests of the GL device, when there is none.
 screen=
-[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || screen="xvfb-run -a -s -screen\ 0\ 1280x800x24"
+[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || screen="xvfb-run -a"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 status=0
