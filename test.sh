@@ -15,6 +15,9 @@ case "${1:-}" in
 esac
 
 install_packages
+say "Checking the form of the code"
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror ||
+    fail "The lines above differ from .clang-format; clang-format -i FILE mends a file."
 build "$preset"
 say "Testing ($preset)"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1

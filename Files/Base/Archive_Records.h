@@ -47,12 +47,12 @@ struct ArchiveGeneral {
     uint32_t defaultWindowHeight;
     uint32_t infoFlags;
     uint32_t reserved1[5];
-    uint64_t timestamp;        // seconds
+    uint64_t timestamp;         // seconds
     ArchiveString displayName;  // from version 10
-    uint64_t activeTargets;    // from version 11
-    uint64_t functionClasses;  // from version 12
-    uint32_t steamAppId;       // from version 13
-    uint32_t debuggerPort;     // from version 14
+    uint64_t activeTargets;     // from version 11
+    uint64_t functionClasses;   // from version 12
+    uint32_t steamAppId;        // from version 13
+    uint32_t debuggerPort;      // from version 14
     uint32_t roomCount;
 };
 static_assert(offsetof(ArchiveGeneral, guid) == 24 && offsetof(ArchiveGeneral, name) == 40 &&

@@ -11,9 +11,9 @@ class CInstance;
 using BuiltinRoutine = void (*)(RValue& result, CInstance* self, CInstance* other, int argc,
                                 RValue* args);
 // Shorthand for the one form of a built-in.
-#define BUILTIN(name) \
+#define BUILTIN(name)                                                                   \
     static void name([[maybe_unused]] RValue& result, [[maybe_unused]] CInstance* self, \
-                     [[maybe_unused]] CInstance* other, [[maybe_unused]] int argc, \
+                     [[maybe_unused]] CInstance* other, [[maybe_unused]] int argc,      \
                      [[maybe_unused]] RValue* args)
 
 struct FunctionRecord {
@@ -85,5 +85,5 @@ uint32_t Random_GetSeed();
 uint32_t Random_Word();
 uint32_t Random_Randomize();
 void Random_UseOldVersion(bool old);
-double Random_Real(double x);           // in [0, x)
-int64_t Random_Integer(int64_t n);      // both ends included; draws two words
+double Random_Real(double x);       // in [0, x)
+int64_t Random_Integer(int64_t n);  // both ends included; draws two words

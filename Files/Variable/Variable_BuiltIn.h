@@ -46,4 +46,4 @@ extern double g_Health;
 extern bool g_ErrorOccurred;
 extern RValue g_ErrorLast;
 extern int32_t g_AsyncLoad;  // map of the asynchronous event under way, -1 outside one
-void Variable_ResetGame();  // the run state defaults, captions "Score: " and "Lives: "
+void Variable_ResetGame();   // the run state defaults, captions "Score: " and "Lives: "

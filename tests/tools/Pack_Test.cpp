@@ -113,7 +113,8 @@ TEST(PackErrors, LevelsStopWithLineAndExpectation)
         {"map\n #F#\n #G#\n @$.\n\nsolution W2 X\n", "level.txt:6: expected steps such as"},
         {"map\n #F#\n #G#\n @$.\n\ninstances\n  oWall 52,-104\n",
          "level.txt:2: expected the listed instances of oWall"},
-        {"map\n #F#\n #G#\n @$.\n\ninstances\n  oNone 52,-104\n", "level.txt:7: expected an object"},
+        {"map\n #F#\n #G#\n @$.\n\ninstances\n  oNone 52,-104\n",
+         "level.txt:7: expected an object"},
     };
     for (const auto& [text, wanted] : cases) {
         std::string message = Stops([&, t = text] { Parse(t); });
