@@ -27,6 +27,13 @@ enum Key : int32_t {
     keyW = 'W',
 };
 
+// Colours are 0xBBGGRR.
+using Colour = uint32_t;
+inline constexpr Colour black = 0, white = 0xFFFFFF;
+
+// Of draw_set_halign and draw_set_valign.
+inline constexpr int32_t fa_center = 1, fa_middle = 1;
+
 // A picture for each of the two characters.
 struct Pictures {
     Sprite menino, menina;
