@@ -47,6 +47,8 @@ void CatchFaults(HostFaultHandler handler)
         action.sa_handler = SIG_DFL;
     }
     for (const int number : kSignals) sigaction(number, &action, nullptr);
+    // A write past the limit of a file's size fails like one to a full disk.
+    signal(SIGXFSZ, handler ? SIG_IGN : SIG_DFL);
 }
 
 }  // namespace posix

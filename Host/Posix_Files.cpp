@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <pwd.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -36,6 +37,21 @@ bool WriteAndClose(FILE* file, const void* data, uint32_t size)
     return written;
 }
 
+// The file's bytes with a zero behind them; null when the disk gives them only in part.
+uint8_t* ReadWhole(FILE* file, size_t length, uint32_t* size)
+{
+    auto* block = static_cast<uint8_t*>(MemoryManager::Alloc(length + 1));
+    const size_t got = fread(block, 1, length, file);
+    if (ferror(file)) {
+        Fail();
+        MemoryManager::Free(block);
+        return nullptr;
+    }
+    block[got] = 0;
+    *size = static_cast<uint32_t>(got);
+    return block;
+}
+
 VxString WithSeparator(VxString folder)
 {
     if (folder.empty() || folder.back() != '/') folder += '/';
@@ -46,7 +62,11 @@ VxString DataFolder(const char* variable, const char* underHome)
 {
     if (const char* set = getenv(variable); set && set[0] == '/') return WithSeparator(set);
     const char* home = getenv("HOME");
-    return WithSeparator(VxString(home && home[0] ? home : "/tmp") + underHome);
+    if (!home || home[0] != '/') {
+        const passwd* user = getpwuid(getuid());
+        home = user ? user->pw_dir : nullptr;
+    }
+    return home && home[0] == '/' ? WithSeparator(VxString(home) + underHome) : VxString();
 }
 
 }  // namespace
@@ -66,22 +86,18 @@ bool FolderExists(const char* path)
 uint8_t* ReadAll(const char* path, uint32_t* size)
 {
     *size = 0;
-    FILE* file = fopen(path, "rb");
+    const int descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);  // no wait for a pipe
+    FILE* file = descriptor < 0 ? nullptr : fdopen(descriptor, "rb");
     if (!file) {
         Fail();
         return nullptr;
     }
     struct stat info;
     uint8_t* block = nullptr;
-    if (fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode) && info.st_size < INT32_MAX) {
-        const auto length = static_cast<size_t>(info.st_size);
-        block = static_cast<uint8_t*>(MemoryManager::Alloc(length + 1));
-        const size_t got = fread(block, 1, length, file);
-        block[got] = 0;
-        *size = static_cast<uint32_t>(got);
-    } else {
+    if (fstat(descriptor, &info) == 0 && S_ISREG(info.st_mode) && info.st_size < INT32_MAX)
+        block = ReadWhole(file, static_cast<size_t>(info.st_size), size);
+    else
         g_lastErrno = EINVAL;
-    }
     fclose(file);
     return block;
 }
@@ -149,8 +165,10 @@ bool List(const char* folder,
     closedir(dir);
     std::sort(names.begin(), names.end());
     for (const VxString& name : names) {
+        const VxString path = WithSeparator(folder) + name;
         struct stat info;
-        if (stat((WithSeparator(folder) + name).c_str(), &info) != 0) continue;
+        // A link that leads nowhere is an entry too.
+        if (stat(path.c_str(), &info) != 0 && lstat(path.c_str(), &info) != 0) continue;
         visit(context, name.c_str(), S_ISDIR(info.st_mode), static_cast<uint64_t>(info.st_size));
     }
     return true;
@@ -228,7 +246,9 @@ uint32_t ReadStream(void* stream, void* data, uint32_t size)
 
 uint32_t WriteStream(void* stream, const void* data, uint32_t size)
 {
-    return static_cast<uint32_t>(fwrite(data, 1, size, static_cast<FILE*>(stream)));
+    const auto written = static_cast<uint32_t>(fwrite(data, 1, size, static_cast<FILE*>(stream)));
+    if (written != size) Fail();
+    return written;
 }
 
 void CloseStream(void* stream)

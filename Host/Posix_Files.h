@@ -23,8 +23,8 @@ bool List(const char* folder,
 VxString ProgramPath();
 VxString CurrentFolder();
 bool EnterFolder(const char* path);
-VxString LocalData();    // $XDG_DATA_HOME or ~/.local/share
-VxString RoamingData();  // $XDG_CONFIG_HOME or ~/.config
+VxString LocalData();    // $XDG_DATA_HOME or ~/.local/share; empty for a user without a home
+VxString RoamingData();  // $XDG_CONFIG_HOME or ~/.config, the same
 VxString Environment(const char* name);
 VxString MachineId();
 const char* LastError();

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "Files/Base/Console.h"
 #include "Files/Base/Error.h"
 #include "Files/Function/Arguments.h"
 #include "Files/Function/Function_File.h"
@@ -15,49 +16,59 @@
 
 namespace {
 
-constexpr size_t kLongestLine = 1024;  // bytes that one read gives
-constexpr int kNone = -1;              // no byte follows
-constexpr int kRealSize = 330;         // the longest double with four decimals
+constexpr size_t kLongestLine = 1024;   // bytes that one read gives
+constexpr size_t kLongestNumber = 330;  // bytes, as text
+constexpr int kNone = -1;               // no byte follows
+constexpr int kRealSize = 330;          // the longest double with four decimals
 
 enum class Use { Closed, Reading, Writing };
 struct LegacyFile {
     Use use = Use::Closed;
     void* stream = nullptr;
-    bool peeked = false;
-    int next = kNone;  // the byte after the last one taken, once `peeked`
+    VxString path;
+    VxString ahead;  // bytes of the stream that were looked at, and not taken yet
 };
 LegacyFile g_file;
 
 void Close()
 {
-    g_Host.files.CloseStream(g_file.stream);
+    if (g_file.stream) g_Host.files.CloseStream(g_file.stream);
     g_file = LegacyFile();
+}
+
+void ReportFailure()
+{
+    g_ErrorConsole->Output("Could not write %s: %s\n", g_file.path.c_str(),
+                           g_Host.files.LastError());
 }
 
 bool Open(const char* name, const char* mode, Use use)
 {
     Close();
-    const VxString path = GetFullPath(name);
-    if (path.empty()) return false;
-    if (use == Use::Reading && !g_Host.files.Exists(path.c_str())) return false;
-    g_file.stream = g_Host.files.OpenStream(path.c_str(), mode);
+    g_file.path = GetFullPath(name);
+    const char* const path = g_file.path.c_str();
+    if (*path == 0 || (use == Use::Reading && !g_Host.files.Exists(path))) return false;
+    g_file.stream = g_Host.files.OpenStream(path, mode);
     if (g_file.stream) g_file.use = use;
+    if (!g_file.stream && use == Use::Writing) ReportFailure();
     return g_file.stream != nullptr;
 }
 
-int Peek()
+// Looks at the byte that many bytes on.
+int Peek(size_t at = 0)
 {
     uint8_t byte = 0;
-    if (!g_file.peeked)
-        g_file.next = g_Host.files.ReadStream(g_file.stream, &byte, 1) == 1 ? byte : kNone;
-    g_file.peeked = true;
-    return g_file.next;
+    while (g_file.ahead.size() <= at) {
+        if (g_Host.files.ReadStream(g_file.stream, &byte, 1) != 1) return kNone;
+        g_file.ahead += static_cast<char>(byte);
+    }
+    return static_cast<uint8_t>(g_file.ahead[at]);
 }
 char Take()
 {
-    const int byte = Peek();
-    g_file.peeked = false;
-    return static_cast<char>(byte);
+    const char byte = static_cast<char>(Peek());
+    g_file.ahead.erase(0, 1);
+    return byte;
 }
 
 bool CanRead()
@@ -68,36 +79,28 @@ bool CanRead()
 
 void Write(const char* text)
 {
-    if (g_file.use == Use::Writing)
-        g_Host.files.WriteStream(g_file.stream, text, static_cast<uint32_t>(std::strlen(text)));
-    else
+    const auto size = static_cast<uint32_t>(std::strlen(text));
+    if (g_file.use != Use::Writing)
         Error_Show("File not opened for writing.", false);
+    else if (g_Host.files.WriteStream(g_file.stream, text, size) != size)
+        ReportFailure();
 }
 
 bool NextIs(const char* set)
 {
     return Peek() > 0 && std::strchr(set, Peek());
 }
-void TakeDigits(VxString* text)
-{
-    while (NextIs("0123456789")) *text += Take();
-}
-
-// A number behind white space; what can't belong to it stays in the stream.
+// A number behind white space; what does not belong to it stays in the stream.
 double ScanReal()
 {
     while (Peek() != kNone && std::isspace(Peek())) Take();
-    VxString text;
-    if (NextIs("+-")) text += Take();
-    TakeDigits(&text);
-    if (NextIs(".")) text += Take();
-    TakeDigits(&text);
-    if (NextIs("eE")) {
-        text += Take();
-        if (NextIs("+-")) text += Take();
-        TakeDigits(&text);
-    }
-    return std::strtod(text.c_str(), nullptr);
+    size_t length = 0;
+    while (length < kLongestNumber && Peek(length) > 0 && !std::isspace(Peek(length))) ++length;
+    const VxString token = g_file.ahead.substr(0, length);
+    char* end = nullptr;
+    const double number = std::strtod(token.c_str(), &end);
+    g_file.ahead.erase(0, static_cast<size_t>(end - token.c_str()));
+    return number;
 }
 
 BUILTIN(F_file_open_read)
@@ -107,7 +110,7 @@ BUILTIN(F_file_open_read)
 
 void OpenToWrite(RValue& result, const VXText& name, const char* mode, const char* complaint)
 {
-    SetBool(result, !name.IsNull() && Open(name, mode, Use::Writing));
+    SetBool(result, Open(name, mode, Use::Writing));
     if (name.IsNull()) Error_Show(complaint, false);
 }
 BUILTIN(F_file_open_write)
@@ -195,5 +198,5 @@ void Function_File_RegisterLegacy()
 
 void Function_File_CloseLegacy()
 {
-    if (g_file.stream) Close();
+    Close();
 }

@@ -13,8 +13,11 @@ namespace {
 constexpr uint32_t kSaveInRoaming = 0x2000;  // bit of the header's flags
 constexpr uint32_t kFirstPrintable = 0x20;
 
-VxString g_savePrePend;
-bool g_saveKnown = false;
+struct KnownFolder {
+    VxString path;
+    bool known = false;
+};
+KnownFolder g_save, g_bundle;
 AllowedFile* g_allowed[2];
 
 AllowedFile*& ListOf(AllowedFor purpose)
@@ -78,6 +81,22 @@ void AddParts(VxString* to, const char* path)
     }
 }
 
+// A folder's path made full by text alone; empty stays empty.
+VxString Resolved(const VxString& path)
+{
+    if (path.empty()) return {};
+    VxString full = path[0] == '/' ? VxString("/") : g_Host.files.CurrentFolder();
+    AddParts(&full, path.c_str());
+    return full;
+}
+
+// Whether the game's name can be that of a folder.
+bool IsFolderName(const VxString& name)
+{
+    return IsName(name.c_str()) && name.find_first_of("/\\") == VxString::npos && name != "." &&
+           name != "..";
+}
+
 // Whether the path lies in the folder, and then the rest of it behind the folder.
 bool LiesIn(const VxString& path, const VxString& folder, VxString* rest)
 {
@@ -106,7 +125,7 @@ VxString SavePathOf(const VxString& full, bool allowed)
     // First what is in the save folder already: that folder may well lie below the
     // others, and its files would otherwise be sent into it once more.
     if (!LiesIn(full, SavePrePend(), &rest) && !LiesIn(full, g_Host.files.CurrentFolder(), &rest) &&
-        !LiesIn(full, g_WorkingDirectory, &rest))
+        !LiesIn(full, GetBundleDirectory(), &rest))
         return allowed ? full : VxString();
     VxString path = SavePrePend().empty() ? g_Host.files.CurrentFolder() : SavePrePend();
     path += rest;
@@ -119,18 +138,21 @@ VxString SavePathOf(const VxString& full, bool allowed)
 
 const VxString& GetBundleDirectory()
 {
-    return g_WorkingDirectory;  // cut from the same path of the game file
+    // Cut from the same path of the game file.
+    if (!g_bundle.known) g_bundle = {Resolved(g_WorkingDirectory), true};
+    return g_bundle.path;
 }
 
 const VxString& SavePrePend()
 {
-    if (g_saveKnown) return g_savePrePend;
-    g_saveKnown = true;
+    if (g_save.known) return g_save.path;
+    g_save.known = true;
     const bool roaming = (g_GameHeader.infoFlags & kSaveInRoaming) != 0;
     const VxString root = roaming ? g_Host.files.RoamingData() : g_Host.files.LocalData();
-    if (!root.empty() && !g_GameHeader.name.empty()) g_savePrePend = root + g_GameHeader.name + "/";
-    g_DebugConsole->Output("SavePrePend = %s\n", g_savePrePend.c_str());
-    return g_savePrePend;
+    if (!root.empty() && IsFolderName(g_GameHeader.name))
+        g_save.path = Resolved(root + g_GameHeader.name + "/");
+    g_DebugConsole->Output("SavePrePend = %s\n", g_save.path.c_str());
+    return g_save.path;
 }
 
 void AllowedFile_Add(AllowedFor purpose, const char* path, bool prefix)
@@ -153,17 +175,16 @@ void FileNames_Quit()
             list = entry->next;
             VxDelete(entry);
         }
-    g_saveKnown = false;
-    VxString().swap(g_savePrePend);
+    for (KnownFolder* folder : {&g_save, &g_bundle}) {
+        folder->known = false;
+        VxString().swap(folder->path);
+    }
 }
 
 VxString GetFullPath(const char* name)
 {
     if (!IsName(name)) return {};
-    const VxString wanted = WithSeparators(name);
-    VxString full = wanted[0] == '/' ? VxString("/") : g_Host.files.CurrentFolder();
-    AddParts(&full, wanted.c_str());
-    return full;
+    return Resolved(WithSeparators(name));
 }
 
 void GetSaveFileName(char* out, size_t size, const char* name)
@@ -189,8 +210,8 @@ void GetBundleFileName(char* out, size_t size, const char* name)
     if (LiesIn(full, g_Host.files.CurrentFolder(), &rest)) {
         VxString below;
         Put(out, size, LiesIn(full, bundle, &below) ? full : bundle + rest);
-    } else if (LiesIn(full, g_WorkingDirectory, &rest)) {
-        Put(out, size, bundle + rest);
+    } else if (LiesIn(full, bundle, &rest)) {
+        Put(out, size, full);
     } else if (AllowedFile_Matches(AllowedFor::Reading, full.c_str())) {
         Put(out, size, full);
     }

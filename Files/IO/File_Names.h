@@ -17,7 +17,8 @@ inline constexpr size_t kPathSize = 2048;
 
 // ---- folders, each with its trailing separator and fixed once it was asked for
 const VxString& GetBundleDirectory();  // of the game file
-// The user's data folder, then the name of the game; empty when there is no such.
+// The user's data folder, then the name of the game; empty when there is no such folder,
+// or when the name can't be that of one.
 const VxString& SavePrePend();
 
 // ---- paths that the player chose, and may be used although they lie elsewhere

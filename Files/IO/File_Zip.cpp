@@ -92,7 +92,7 @@ int32_t UnpackAll(const uint8_t* bytes, uint32_t size, const VxVector<ZipEntry>&
     for (const ZipEntry& entry : entries) {
         const VxString path = folder + "/" + entry.name;
         if (path.back() == '/') {
-            CreateDirectoryTree(path.c_str());
+            CreateDirectoryTree(MappedPath(GetSaveFileName, path.c_str()));
             continue;
         }
         uint8_t* content = Zip_Unpack(bytes, size, entry);
