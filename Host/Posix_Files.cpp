@@ -141,7 +141,7 @@ bool RemoveFolder(const char* path)
 
 bool Writable(const char* path)
 {
-    return access(path, W_OK) == 0 || Fail();
+    return faccessat(AT_FDCWD, path, W_OK, AT_EACCESS) == 0 || Fail();
 }
 
 bool MakeWritable(const char* path)

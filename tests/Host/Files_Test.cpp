@@ -2,6 +2,8 @@
 
 #include <errno.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cassert>
@@ -108,9 +110,41 @@ TEST_F(FilesTest, PlacesOfTheUsersData)
     EXPECT_EQ(posix::LocalData(), "/home/player/.local/share/");
     unsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(posix::RoamingData(), "/home/player/.config/");
+    for (const char* home : {"", "not/absolute"}) {
+        setenv("HOME", home, 1);
+        EXPECT_EQ(posix::RoamingData().substr(0, 1), "/") << "as the system knows the user";
+        EXPECT_EQ(posix::RoamingData().find("not/absolute"), VxString::npos);
+    }
     EXPECT_EQ(posix::ProgramPath().substr(0, 1), "/");
     EXPECT_TRUE(posix::Exists(posix::ProgramPath().c_str()));
     EXPECT_EQ(posix::CurrentFolder().back(), '/');
+}
+
+TEST_F(FilesTest, WhatIsNoPlainFileIsNotRead)
+{
+    ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(Read(Path("pipe")), "<none>") << "and nobody waits for a writer";
+    EXPECT_FALSE(posix::Exists(Path("pipe").c_str()));
+}
+
+TEST_F(FilesTest, TheLimitOfAFilesSizeIsAFailureAndNoEnd)
+{
+    const std::string path = Path("limited");
+    EXPECT_EXIT(
+        {
+            posix::CatchFaults([](const HostFault&) {});
+            rlimit before;
+            getrlimit(RLIMIT_FSIZE, &before);
+            rlimit limit = before;
+            limit.rlim_cur = 10;
+            setrlimit(RLIMIT_FSIZE, &limit);
+            const bool small = posix::WritePrivate(path.c_str(), "0123456789", 10);
+            const bool large = posix::WritePrivate(path.c_str(), "0123456789abc", 13);
+            setrlimit(RLIMIT_FSIZE, &before);
+            std::fprintf(stderr, "%d %d %s\n", small, large, posix::LastError());
+            _exit(0);
+        },
+        testing::ExitedWithCode(0), "1 0 File too large");
 }
 
 TEST_F(FilesTest, BlockingLastsAsLongAsAsked)

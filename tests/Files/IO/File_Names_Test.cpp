@@ -67,6 +67,7 @@ TEST_F(FileNames, OtherNamesAreRefusedInWords)
     }
     EXPECT_EQ(Count(root_), 0U) << "nothing was written anywhere";
     GetSaveFileName(nullptr, 0, nullptr);
+    EXPECT_EQ(Number("file_text_open_write", {std::string(1100, 'n').c_str()}), -1);
     EXPECT_EQ(Save("a.txt", 8), "") << "a path that does not fit is no path";
 }
 
@@ -93,6 +94,27 @@ TEST_F(FileNames, WithoutAProjectNamesLandInTheCurrentFolder)
     g_GameHeader.name = "";
     EXPECT_EQ(Save("a.txt"), Bundled("a.txt").string());
     EXPECT_EQ(Save("/etc/passwd"), "");
+    for (const char* project : {"..", ".", "../evil", "a/b", "a\\b", "C:", "bad\xFF"}) {
+        FileNames_Quit();
+        g_GameHeader.name = project;
+        EXPECT_EQ(SavePrePend(), "") << project << " is no name of a folder";
+    }
+}
+
+// As HOME and the command line may spell them.
+TEST_F(FileNames, FoldersThatAreSpelledTheLongWayRound)
+{
+    Stage_SetFolder((root_ / "elsewhere/").c_str());
+    Stage_SetDataFolder((root_ / "game/..//data/./").c_str());
+    g_WorkingDirectory = (root_ / "data/../game//").c_str();
+    EXPECT_EQ(std::string(SavePrePend()), Saved("").string());
+    Put(Bundled("a.txt"), "bundled");
+    double file = Number("file_text_open_read", {"a.txt"});
+    EXPECT_EQ(Text("file_text_readln", {file}), "bundled");
+    file = Number("file_text_open_append", {"a.txt"});
+    Call("file_text_write_string", {file, " and more"});
+    Call("file_text_close", {file});
+    EXPECT_EQ(Bytes(Saved("a.txt")), "bundled and more");
 }
 
 TEST_F(FileNames, ASaveFolderBelowTheGamesFolder)

@@ -1,5 +1,6 @@
 // Files and folders on the disk, and files by handle.
 
+#include <cmath>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "Files/Graphics/Picture_Files.h"
 #include "Files/IO/File_Csv.h"
 #include "Files/IO/File_Disk.h"
+#include "Files/IO/File_Memory.h"
 #include "tests/Files/IO/support_Folders.h"
 
 namespace {
@@ -147,6 +149,40 @@ TEST_F(Files, TextIsReadInPieces)
     EXPECT_TRUE(Said("ERROR!!! :: wrong type for filename\n"));
 }
 
+// What stands in a file, the number that is read from it, and what is left behind it.
+TEST_F(Files, NumbersAsTheyAreWritten)
+{
+    struct Case {
+        const char* text;
+        double number;
+        const char* rest;
+    };
+    for (const Case& c :
+         {Case{"7", 7, ""}, Case{" \t\r\n\v\f+7;8", 7, ";8"}, Case{"-.5.5", -0.5, ".5"},
+          Case{"5.", 5, ""}, Case{"1e3x", 1000, "x"}, Case{"1e", 1, "e"}, Case{"1e+-2", 1, "e+-2"},
+          Case{"0x1F!", 31, "!"}, Case{"1,5", 1, ",5"}, Case{"1 2", 1, " 2"}, Case{"x", 0, "x"},
+          Case{"  ", 0, ""}, Case{"-", 0, "-"}, Case{"inf", HUGE_VAL, ""},
+          Case{"1e999", HUGE_VAL, ""},
+          Case{"\xEF\xBB\xBF"
+               "3",
+               3, ""}}) {
+        Put(Bundled("n.txt"), c.text);
+        const double file = Open("file_text_open_read", "n.txt");
+        EXPECT_EQ(Number("file_text_read_real", {file}), c.number) << c.text;
+        EXPECT_EQ(Text("file_text_readln", {file}), c.rest) << c.text;
+        Call("file_text_close", {file});
+        Number("file_open_read", {"n.txt"});
+        const bool marked = c.text[0] == '\xEF';  // a plain stream keeps the mark
+        EXPECT_EQ(Number("file_read_real"), marked ? 0 : c.number) << c.text;
+        EXPECT_EQ(Text("file_readln"), marked ? c.text : c.rest) << c.text;
+    }
+    MemoryFile* file = MemoryFile::OverText("x");
+    EXPECT_EQ(file->GetChar(), 'x');
+    EXPECT_EQ(file->GetChar(), 255) << "past the end";
+    EXPECT_EQ(file->Tell(), 2);
+    MemoryFile::Close(file);
+}
+
 TEST_F(Files, TextIsWrittenWithWholeLineEnds)
 {
     Put(Bundled("log.txt"), "shipped;");
@@ -263,6 +299,14 @@ TEST_F(Files, TheOldFileIsAPlainStream)
     EXPECT_EQ(Number("file_open_read", {"long.txt"}), 1);
     EXPECT_EQ(Text("file_readln").size(), 1024U);
     EXPECT_EQ(Text("file_readln"), std::string(476, 'a') + "\n");
+    RValue null;
+    VXCreateString(&null, nullptr);
+    Call("file_open_append", {&null});
+    ExpectReport("Error opening file for appending.");
+    Call("file_open_write", {&null});
+    ExpectReport("Error opening file for writing.");
+    Text("file_readln");
+    ExpectReport("File not opened for reading.");
     EXPECT_EQ(Number("file_open_read", {"."}), 0) << "a folder";
     Number("file_eof");
     ExpectReport("File is not opened for reading.");

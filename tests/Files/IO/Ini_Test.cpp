@@ -150,6 +150,50 @@ TEST_F(IniFixture, OddLines)
     }
 }
 
+// One text: its sections in list order, each with its keys in list order.
+TEST_F(IniFixture, OddHeaders)
+{
+    struct Case {
+        std::string text, sections;
+    };
+    const Case cases[] = {
+        {"[a]b=1", "a:b "},
+        {"[a]b=1\n[c]d=2", "c:d a:b "},
+        {"[a]b=1[c]\nd=2", "a:d,b "},
+        {"[a] ; note [x]\nb=1", "a:b "},
+        {"[a]]b=1", "a:]b "},
+        {"[[a]b=1", "[a:b "},
+        {"[]b=1", ":b "},
+        {"[a\nb]c=1", "a\nb:c "},
+        {"[#a;]", "#a;: "},
+        {"[ a ]", " a : "},
+        {"[a][b] [c]", "c: b: a: "},
+        {"#[x]\r[a]", "a: "},
+        {"x # [a]\nb=1", "a:b "},
+        {"k=1\n[a]", "a: "},
+        {"[a]\nb\n[c]\nd=1", "a:b\n[c]\nd "},
+        {"[a]\nb=\n[c]\nd=1", "c:d a: "},
+        {"[a]\nb='\n[c]\nd=1", "c:d a:b "},
+        {"[a]b=1\n[c", "a:b "},
+        {"[a]b=1\n[c\nd=2", "a:b "},
+        {"[a]b=1\nb=2\n[a]", "a: a:b,b "},
+        {std::string("[a]\0=1\nb=2", 11), "a:b,\1 "},
+        {"\xEF\xBB\xBF[a]", "a: "},
+        {"\xFE\xFF[a]", "a: "},
+    };
+    for (const Case& c : cases) {
+        Parse(c.text);
+        VxString found;
+        for (const IniSection* section = ini.Sections(); section; section = section->next) {
+            found += section->name + ":";
+            for (const IniEntry* entry = section->entries; entry; entry = entry->next)
+                found += (entry->key[0] ? entry->key : VxString("\1")) + (entry->next ? "," : "");
+            found += " ";
+        }
+        EXPECT_EQ(found.c_str(), c.sections) << c.text;
+    }
+}
+
 class IniBuiltins : public FoldersTest {
 protected:
     std::string Speed()
@@ -213,6 +257,10 @@ TEST_F(IniBuiltins, WhatSurvivesARoundTrip)
     EXPECT_EQ(Number("ini_key_exists", {"s", "a"}), 1) << "the last section of the name, now";
     EXPECT_EQ(Text("ini_read_string", {"s", "a", ""}), "1") << "the other of the pair wins";
     EXPECT_NE(Text("ini_close"), once) << "each reading turns the order round";
+    EXPECT_EQ(Rewritten(Rewritten("[new]\r\nk=\"v\"\r\n[t]\r\nb=\"1\"\r\na=\"2\"\r\n")),
+              "[new]\r\nk=\"v\"\r\n[t]\r\nb=\"1\"\r\na=\"2\"\r\n")
+        << "the second turns it back";
+    Put(Saved("a.ini"), once);
     EXPECT_EQ(Bytes(Saved("a.ini")), once) << "nothing was changed: nothing was written";
 }
 
@@ -230,7 +278,12 @@ TEST_F(IniBuiltins, ValuesAsTheyAreWrittenAndReadBack)
     EXPECT_EQ(back(" a#b;c=[d]' "), " a#b;c=[d]' ");
     EXPECT_EQ(back(""), "");
     EXPECT_EQ(back("say \"hi\""), "say ") << "cut at a quote";
+    EXPECT_EQ(Bytes(Saved("v.ini")), "[s]\r\nk=\"say \"hi\"\"\r\n") << "written as it is";
     EXPECT_EQ(back("one\ntwo=2"), "one") << "cut at a line end";
+    Call("ini_open", {"v.ini"});
+    EXPECT_EQ(Text("ini_read_string", {"s", "two", ""}), "2\"") << "the rest is a line of its own";
+    EXPECT_EQ(back("one\rtwo"), "one");
+    EXPECT_EQ(back("\xC3\xA9 \t"), "\xC3\xA9 \t");
     Call("ini_open", {"n.ini"});
     for (const double number : {5.0, 0.0000001, -1.5, 123456789012345680000.0})
         Call("ini_write_real", {"s", std::to_string(static_cast<int>(number)).c_str(), number});
