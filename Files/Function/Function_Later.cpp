@@ -4,6 +4,7 @@
 #include "Files/Function/Function_Later.h"
 
 #include "Files/Base/Error.h"
+#include "Files/Function/Function_Service.h"
 
 void NotThereYet(RValue&, CInstance*, CInstance*, int, RValue*)
 {
@@ -25,22 +26,8 @@ constexpr BuiltinRow kDSRows[] = {
     {"ds_map_secure_save", NotThereYet, 2},
 };
 
-constexpr BuiltinRow kShaderRows[] = {
-    {"steam_get_achievement", NotThereYet, 1},
-    {"steam_set_achievement", NotThereYet, 1},
-};
-
 constexpr BuiltinRow kVexoRows[] = {
-    {"achievement_available", NotThereYet, 0},
-    {"achievement_login", NotThereYet, 0},
-    {"achievement_login_status", NotThereYet, 0},
-    {"achievement_post", NotThereYet, 2},
-    {"achievement_post_score", NotThereYet, 2},
-    {"achievement_show_achievements", NotThereYet, 0},
-    {"achievement_show_leaderboards", NotThereYet, 0},
     {"url_open", NotThereYet, 1},
-    {"virtual_key_add", NotThereYet, 5},
-    {"virtual_key_delete", NotThereYet, 1},
 };
 
 }  // namespace
@@ -55,11 +42,13 @@ void Function_DS_Register()
 }
 void Function_Shaders_Register()
 {
-    Function_AddRows(kShaderRows);
+    Function_Steam_Register();
 }
 void Function_Vexo_Register()
 {
     Function_AddRows(kVexoRows);
+    Function_Achievements_Register();
+    Function_VirtualKeys_Register();
 }
 
 // The game names nothing of these two.

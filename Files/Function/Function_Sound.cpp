@@ -1,17 +1,15 @@
-// Built-ins of sounds. Nothing can be played yet: no voice plays or is paused, and
-// the commands to voices are still to come.
+// Built-ins of sounds, as they answer while audio is inactive: commands do nothing and
+// every question gives 0.
 
 #include "Files/Function/Arguments.h"
-#include "Files/Function/Function_Later.h"
+#include "Files/Function/Function_Registry.h"
 #include "Files/Sound/Audio_Main.h"
 
 namespace {
 
-BUILTIN(F_audio_is_playing)
-{
-    SetReal(result, 0);
-}
-BUILTIN(F_audio_is_paused)
+BUILTIN(F_Silent) {}
+
+BUILTIN(F_SilentAnswer)
 {
     SetReal(result, 0);
 }
@@ -23,10 +21,10 @@ BUILTIN(F_audio_get_name)
 }
 
 constexpr BuiltinRow kRows[] = {
-    {"audio_play_sound", NotThereYet, 3},      {"audio_is_playing", F_audio_is_playing, 1},
-    {"audio_is_paused", F_audio_is_paused, 1}, {"audio_sound_gain", NotThereYet, 3},
-    {"audio_pause_all", NotThereYet, 0},       {"audio_resume_all", NotThereYet, 0},
-    {"audio_stop_all", NotThereYet, 0},        {"audio_get_name", F_audio_get_name, 1},
+    {"audio_play_sound", F_SilentAnswer, 3}, {"audio_is_playing", F_SilentAnswer, 1},
+    {"audio_is_paused", F_SilentAnswer, 1},  {"audio_sound_gain", F_Silent, 3},
+    {"audio_pause_all", F_Silent, 0},        {"audio_resume_all", F_Silent, 0},
+    {"audio_stop_all", F_Silent, 0},         {"audio_get_name", F_audio_get_name, 1},
 };
 
 }  // namespace

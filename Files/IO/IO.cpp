@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "Files/IO/IO_Record.h"
+#include "Files/IO/VirtualKeys.h"
 #include "Files/Run/Run_State.h"
 #include "Host/Host.h"
 
@@ -95,12 +96,14 @@ void IO_Init()
     g_IOMessage = IOMessageSide{};
     g_IOFrame = IOFrameSide{};
     for (int32_t key = 0; key < kKeys; ++key) keyMap[key] = key;
+    VirtualKeys_Init();
     Record_Open(g_Switches.record.c_str(), g_Switches.playback.c_str());
 }
 
 void IO_Quit()
 {
     Record_Close();
+    VirtualKeys_Quit();
 }
 
 void IO_Clear()

@@ -1,4 +1,6 @@
 #include "Files/Base/VXObjectBase.h"
+#include "Files/IO/VirtualKeys.h"
+#include "Files/Run/Services.h"
 #include "tests/Files/Function/support_Builtins.h"
 
 namespace {
@@ -55,18 +57,53 @@ TEST_F(BuiltinsTest, GlobalsByName)
 
 TEST_F(BuiltinsTest, WithoutSoundAndPads)
 {
+    EXPECT_EQ(Number("audio_play_sound", {0.0, 1.0, 0.0}), 0);
     EXPECT_EQ(Number("audio_is_playing", {0.0}), 0);
     EXPECT_EQ(Number("audio_is_paused", {0.0}), 0);
     EXPECT_EQ(Text("audio_get_name", {-1.0}), "<undefined>");
+    for (const char* command : {"audio_pause_all", "audio_resume_all", "audio_stop_all"})
+        Call(command, {});
+    Call("audio_sound_gain", {0.0, 1.0, 500.0});
     Call("gamepad_set_axis_deadzone", {0.0, 0.5});
     EXPECT_TRUE(Reports().empty());
     // What only seems to work would be forgotten.
-    Call("audio_play_sound", {0.0, 1.0, 0.0});
-    ExpectReport("audio_play_sound is not there yet");
     Call("gamepad_axis_value", {0.0, double(0x8011)});
     ExpectReport("gamepad_axis_value is not there yet");
     Call("ds_list_create", {});
     ExpectReport("ds_list_create is not there yet");
+}
+
+TEST_F(BuiltinsTest, WithoutAServiceOfAchievements)
+{
+    EXPECT_EQ(Number("achievement_available", {}), 0);
+    EXPECT_EQ(Number("achievement_login_status", {}), 0);
+    EXPECT_EQ(Number("achievement_post", {"first", 100.0}), 0);
+    EXPECT_EQ(Number("achievement_post_score", {"board", 41000.0}), 0);
+    EXPECT_EQ(Number("steam_get_achievement", {"FirstSteps"}), -1);
+    EXPECT_EQ(Number("steam_set_achievement", {"FirstSteps"}), -1);
+    EXPECT_TRUE(Reports().empty());
+    Call("achievement_post", {"first"});
+    ExpectReport("Illegal argument count");
+    Call("achievement_post_score", {41000.0, "board"});
+    ExpectReport("Illegal argument type");
+}
+
+TEST_F(BuiltinsTest, HandlesOfVirtualKeysAreGivenAgain)
+{
+    VirtualKeys_Init();
+    EXPECT_EQ(Number("virtual_key_add", {10.0, 20.0, 70.0, 70.0, 65.0}), 1);
+    EXPECT_EQ(Number("virtual_key_add", {80.0, 20.0, 70.0, 70.0, 68.0}), 2);
+    EXPECT_EQ(VirtualKeys_Find(2)->x2, 150);
+    Call("virtual_key_delete", {1.0});
+    EXPECT_EQ(Number("virtual_key_add", {0.0, 0.0, 1.0, 1.0, 87.0}), 1);
+    for (int i = 2; i < kVirtualKeys; ++i) Number("virtual_key_add", {0.0, 0.0, 1.0, 1.0, 83.0});
+    EXPECT_EQ(Number("virtual_key_add", {0.0, 0.0, 1.0, 1.0, 83.0}), -1);
+    Services_ClearRoom();
+    EXPECT_EQ(Number("virtual_key_add", {0.0, 0.0, 1.0, 1.0, 83.0}), 1);
+    EXPECT_TRUE(Reports().empty());
+    Call("virtual_key_delete", {0.0});
+    ExpectReport("Illegal virtual key handle");
+    VirtualKeys_Quit();
 }
 
 }  // namespace

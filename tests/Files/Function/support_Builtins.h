@@ -22,6 +22,8 @@ protected:
         Function_Misc_Register();
         Function_Sound_Register();
         Function_Gamepad_Register();
+        Function_Shaders_Register();
+        Function_Vexo_Register();
         Function_DS_Register();
     }
     void TearDown() override
