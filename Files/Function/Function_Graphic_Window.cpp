@@ -4,6 +4,7 @@
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Window.h"
 #include "Files/IO/IO.h"
+#include "Files/IO/IO_Record.h"
 #include "Files/Run/Run_State.h"
 #include "Host/Host.h"
 
@@ -27,7 +28,7 @@ Point ClientPosition()
 Point ScreenMouse()
 {
     Point at;
-    g_Host.window.MousePosition(&at.x, &at.y);
+    Record_Cursor(&at.x, &at.y);
     return at;
 }
 

@@ -76,6 +76,12 @@ void ClearMessageLatches()
     g_IOMessage.wheelUpMsg = g_IOMessage.wheelDownMsg = 0;
 }
 
+// A script may write any number to `keyboard_key` and to the map.
+bool IsKey(int32_t key)
+{
+    return key >= 0 && key <= kMaxKey;
+}
+
 bool AnyKey(const uint8_t* keys)
 {
     return memchr(keys, 1, kKeys) != nullptr;
@@ -85,7 +91,7 @@ bool Check(const uint8_t* keys, int32_t key)
 {
     if (key == 0) return !AnyKey(keys);
     if (key == 1) return AnyKey(keys);
-    return key > 1 && key <= kMaxKey && keys[key];
+    return IsKey(key) && keys[key];
 }
 
 }  // namespace
@@ -125,9 +131,10 @@ void IO_Clear()
 void IO_Update()
 {
     ClearFrameLatches();
-    const bool playing = Record_Playing();
-    if (Record_ReadFrame()) return;
-    if (playing) ClearMessageLatches();  // typed while the recording was shown
+    if (Record_ReadFrame()) {
+        ClearMessageLatches();  // nothing pressed now waits for the recording's end
+        return;
+    }
     g_IOFrame.mouseX[0] = g_IOMessage.mouseXMsg;
     g_IOFrame.mouseY[0] = g_IOMessage.mouseYMsg;
     PollShift(kLeftShift);
@@ -140,9 +147,9 @@ void IO_Update()
 
 void Key_Down(int32_t key, bool repeat)
 {
-    if (key < 0 || key > kMaxKey) return;
+    if (!IsKey(key)) return;
     const int32_t k = keyMap[key];
-    if (k < 0 || k > kMaxKey) return;
+    if (!IsKey(k)) return;
     g_IOMessage.prevKeyMsg = g_IOMessage.curKeyMsg;
     g_IOMessage.lastKeyMsg = g_IOMessage.curKeyMsg = k;
     if (g_IOMessage.keyDownMsg[k] != 1 && !repeat) g_IOMessage.keyPressedMsg[k] = 1;
@@ -151,12 +158,12 @@ void Key_Down(int32_t key, bool repeat)
 
 void Key_Up(int32_t key)
 {
-    if (key < 0 || key > kMaxKey) return;
+    if (!IsKey(key)) return;
     const int32_t k = keyMap[key];
-    if (k < 0 || k > kMaxKey) return;
+    if (!IsKey(k)) return;
     if (k == g_IOMessage.curKeyMsg) {
         const int32_t before = g_IOMessage.prevKeyMsg;
-        const bool stillDown = before != k && g_IOMessage.keyDownMsg[before];
+        const bool stillDown = before != k && IsKey(before) && g_IOMessage.keyDownMsg[before];
         g_IOMessage.curKeyMsg = stillDown ? before : 0;
     }
     g_IOMessage.keyDownMsg[k] = 0;
@@ -227,7 +234,7 @@ bool IO_KeyReleased(int32_t key)
 void IO_KeyClear(int32_t key)
 {
     Process_Messages();
-    if (key < 0 || key > kMaxKey) return;
+    if (!IsKey(key)) return;
     g_IOFrame.keyDown[key] = g_IOFrame.keyPressed[key] = g_IOFrame.keyReleased[key] = 0;
     g_IOMessage.keyDownMsg[key] = g_IOMessage.keyPressedMsg[key] = g_IOMessage.keyReleasedMsg[key] =
         0;

@@ -1,5 +1,6 @@
 // The mouse in the room: from client pixels through the letterbox and the views.
 
+#include <algorithm>
 #include <cmath>
 
 #include "Files/Graphics/Surface.h"
@@ -15,9 +16,17 @@ namespace {
 constexpr float kNoAngle = 0.0001F;
 constexpr double kDegree = 3.14159265358979323846 / 180.0;
 
+// A view without a width gives positions beyond all pixels.
 int32_t Trunc(float value)
 {
-    return static_cast<int32_t>(value);
+    constexpr float kFarthest = 1e9F;
+    return std::isnan(value) ? 0 : static_cast<int32_t>(std::clamp(value, -kFarthest, kFarthest));
+}
+
+// Whole pixels of the room, cut toward zero.
+int32_t Scale(int32_t pixels, int32_t roomSize, int32_t clientSize)
+{
+    return static_cast<int32_t>(int64_t{pixels} * roomSize / clientSize);
 }
 
 bool ShownOnWindow(const CView& view)
@@ -35,25 +44,27 @@ bool AnyViewShown()
 
 // Client pixels without the bars of the letterbox.
 struct ClientPoint {
-    float x, y, width, height;
+    int32_t x, y, width, height;
 };
 
 ClientPoint InsideBars()
 {
     int32_t left, top;
     Window_LetterboxOffsets(&left, &top);
-    return {static_cast<float>(g_IOFrame.mouseX[0] - left),
-            static_cast<float>(g_IOFrame.mouseY[0] - top),
-            static_cast<float>(g_Display.clientWidth - 2 * left),
-            static_cast<float>(g_Display.clientHeight - 2 * top)};
+    return {g_IOFrame.mouseX[0] - left, g_IOFrame.mouseY[0] - top, g_Display.clientWidth - 2 * left,
+            g_Display.clientHeight - 2 * top};
 }
 
 void ThroughView(const CView& view, const ClientPoint& at, int32_t* x, int32_t* y)
 {
-    const float across = static_cast<float>(g_AppSurface.appSurfaceWidth) / at.width / portScaleX;
-    const float down = static_cast<float>(g_AppSurface.appSurfaceHeight) / at.height / portScaleY;
-    const auto portX = static_cast<float>(Trunc(across * at.x) - view.xport);
-    const auto portY = static_cast<float>(Trunc(down * at.y) - view.yport);
+    const float across = static_cast<float>(g_AppSurface.appSurfaceWidth) /
+                         static_cast<float>(at.width) / portScaleX;
+    const float down = static_cast<float>(g_AppSurface.appSurfaceHeight) /
+                       static_cast<float>(at.height) / portScaleY;
+    const auto portX =
+        static_cast<float>(int64_t{Trunc(across * static_cast<float>(at.x))} - view.xport);
+    const auto portY =
+        static_cast<float>(int64_t{Trunc(down * static_cast<float>(at.y))} - view.yport);
     const float fx = portX * view.wview / static_cast<float>(view.wport);
     const float fy = portY * view.hview / static_cast<float>(view.hport);
     if (std::fabs(view.angle) < kNoAngle) {
@@ -85,8 +96,8 @@ void IO_MouseRoomPosition(int32_t* x, int32_t* y)
     const ClientPoint at = InsideBars();
     if (at.width <= 0 || at.height <= 0) return;
     if (!AnyViewShown()) {
-        *x = Trunc(at.x * static_cast<float>(Run_Room->width) / at.width);
-        *y = Trunc(at.y * static_cast<float>(Run_Room->height) / at.height);
+        *x = Scale(at.x, Run_Room->width, at.width);
+        *y = Scale(at.y, Run_Room->height, at.height);
         return;
     }
     for (int32_t n = kRoomSlots - 1; n >= 0; --n) {

@@ -26,16 +26,32 @@ bool UnderMouse(CInstance* instance)
                           static_cast<float>(g_MouseRoomY), true);
 }
 
+// The newest instance when the pass of the mouse or of the joysticks began: what one of
+// its events makes gets no event of that same pass. (Each key is a pass of its own.)
+int32_t s_Newest;
+
+void BeginPass()
+{
+    s_Newest = lastInstanceId;
+}
+
+template <class Test>
+void RunWhere(int32_t subtype, Test test)
+{
+    Walk_Responders(Walk_Begin(), EVENT_MOUSE, subtype, [=](CInstance* instance) {
+        if (instance->id <= s_Newest && test(instance))
+            Perform_Event(instance, instance, EVENT_MOUSE, subtype);
+    });
+}
+
 void RunAnywhere(int32_t subtype)
 {
-    Walk_RunEvent(EVENT_MOUSE, subtype);
+    RunWhere(subtype, [](CInstance*) { return true; });
 }
 
 void RunOver(int32_t subtype)
 {
-    Walk_Responders(Walk_Begin(), EVENT_MOUSE, subtype, [subtype](CInstance* instance) {
-        if (UnderMouse(instance)) Perform_Event(instance, instance, EVENT_MOUSE, subtype);
-    });
+    RunWhere(subtype, UnderMouse);
 }
 
 void RunHeldButtons()
@@ -70,7 +86,7 @@ void RunPressedAndReleasedButtons()
 void UpdateMouseState(int32_t subtype, uint64_t snapshot)
 {
     Walk_Responders(snapshot, EVENT_MOUSE, subtype, [snapshot](CInstance* instance) {
-        if (instance->createCounter >= snapshot) return;
+        if (instance->createCounter >= snapshot || instance->id > s_Newest) return;
         instance->createCounter = snapshot;
         const int32_t now = UnderMouse(instance) ? MOUSE_INSIDE : MOUSE_OUTSIDE;
         const int32_t changed = now ^ (instance->mouseState & (MOUSE_INSIDE | MOUSE_OUTSIDE));
@@ -80,10 +96,8 @@ void UpdateMouseState(int32_t subtype, uint64_t snapshot)
 
 void RunOnState(int32_t subtype, int32_t state)
 {
-    Walk_Responders(Walk_Begin(), EVENT_MOUSE, subtype, [subtype, state](CInstance* instance) {
-        if ((instance->mouseState & state) == state)
-            Perform_Event(instance, instance, EVENT_MOUSE, subtype);
-    });
+    RunWhere(subtype,
+             [state](CInstance* instance) { return (instance->mouseState & state) == state; });
 }
 
 void RunEnterAndLeave()
@@ -149,6 +163,7 @@ void IO_KeyboardEvents()
 void IO_JoystickEvents()
 {
     if (!s_JoystickReader || g_Switches.noDirectInput || !AnyoneMindsJoysticks()) return;
+    BeginPass();
     constexpr int32_t kFirst[kJoysticks] = {16, 31};
     for (int32_t stick = 0; stick < kJoysticks; ++stick) {
         JoystickState state{};
@@ -158,6 +173,7 @@ void IO_JoystickEvents()
 
 void IO_MouseEvents()
 {
+    BeginPass();
     g_MousePreviousX = g_MouseRoomX;
     g_MousePreviousY = g_MouseRoomY;
     IO_MouseRoomPosition(&g_MouseRoomX, &g_MouseRoomY);

@@ -71,6 +71,21 @@ TEST_F(KeyboardTest, KeyGoesBackToTheOneStillHeld)
     EXPECT_EQ(Variable("keyboard_key"), 'B');
 }
 
+TEST_F(KeyboardTest, AnyNumberWrittenAsTheCurrentKeyDoesNoHarm)
+{
+    for (const double written : {300.0, -4.0, 2e9}) {
+        SetNumber("keyboard_key", written);
+        Stage_Key('A', true);
+        Stage_Key('A', false);
+        Frame();
+        EXPECT_EQ(Variable("keyboard_key"), 0);
+        EXPECT_EQ(Key('A'), ".pr");
+    }
+    SetNumber("keyboard_lastkey", -1);
+    Frame();
+    EXPECT_EQ(Variable("keyboard_lastkey"), -1) << "stands until the next key";
+}
+
 TEST_F(KeyboardTest, NoneAnyAndNumbersThatAreNoKeys)
 {
     Frame();

@@ -172,6 +172,30 @@ TEST_F(RoomMouseTest, EventsOfAClickReachWhatLiesUnderIt)
     EXPECT_EQ(Take(), (Log{"box.Mouse7"}));
 }
 
+// A click that opens a window of buttons does not press the button that opens under it.
+TEST_F(RoomMouseTest, MadeByAMouseEventItWaitsForTheNextFrame)
+{
+    const int32_t box = AddObject("box", {{EVENT_MOUSE, 0}});
+    const int32_t made = AddObject(
+        "made", {{EVENT_MOUSE, 4}, {EVENT_MOUSE, 10}, {EVENT_MOUSE, 50}, {EVENT_MOUSE, 60}});
+    Object(box).spriteIndex = Object(made).spriteIndex = AddBoxSprite(32, 32);
+    Place(room_, box);
+    Begin();
+    On("box.Mouse0", [&](CInstance*, CInstance*) {
+        if (!First(made)) Room_CreateInstance(0, 0, made);
+    });
+    Stage_SetMouse(4, 4);
+    Send(HostMessageType::ButtonDown);
+    Mouse_Wheel(1);
+    Process_Messages();
+    IO_Update();
+    IO_MouseEvents();
+    EXPECT_EQ(Take(), (Log{"box.Mouse0"}));
+    IO_Update();
+    IO_MouseEvents();
+    EXPECT_EQ(Take(), (Log{"box.Mouse0", "made.Mouse50", "made.Mouse10"}));
+}
+
 TEST_F(RoomMouseTest, DestroyedByTheClickOfAnotherMeansNoClick)
 {
     const int32_t box = AddObject("box", {{EVENT_MOUSE, 4}});

@@ -42,7 +42,8 @@ protected:
         return Key('A') + Key('B') + MouseButton(1) + " " + VariableText("keyboard_string") + " " +
                std::to_string(Variable("keyboard_key")) + " " +
                std::to_string(Number("mouse_wheel_up")) + " " +
-               std::to_string(Number("window_mouse_get_x"));
+               std::to_string(Number("window_mouse_get_x")) + " " +
+               std::to_string(Number("display_mouse_get_y"));
     }
     std::vector<std::string> PlaySession()
     {
@@ -81,6 +82,22 @@ TEST_F(RecordTest, PlaysBackTheSameFrames)
     Stage_Key('Z', true);
     Frame();
     EXPECT_EQ(Key('Z'), "dp.") << "behind the recording play is live";
+}
+
+// Whatever a file says, the frame keeps to what messages could have made.
+TEST_F(RecordTest, WildBytesComeIntoRange)
+{
+    std::ofstream(path_, std::ios::binary) << std::string(kRecordSize, '\xFE');
+    g_Switches.record = path_ + "-too";
+    IO_Quit();
+    g_Switches.playback = path_.c_str();
+    IO_Init();
+    ASSERT_EQ(Lines().size(), 1U) << "nothing is recorded while a playback runs";
+    Frame();
+    EXPECT_EQ(Key(1) + Key('A') + MouseButton(1), "dprdprdpr");
+    EXPECT_EQ(VariableText("keyboard_string").size(), 1024U * 3);
+    EXPECT_EQ(Number("window_mouse_get_x"), -32768);
+    EXPECT_FALSE(std::ifstream(path_ + "-too").good());
 }
 
 TEST_F(RecordTest, FieldsStandWhereTheyBelong)

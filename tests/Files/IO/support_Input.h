@@ -106,6 +106,11 @@ protected:
         FREE_RValue(&value);
         return text;
     }
+    void SetNumber(const char* name, double number)
+    {
+        const RValue value(number);
+        EXPECT_TRUE(Variable_Set(nullptr, Variable_BuiltIn_Find(name), ARRAY_INDEX_NONE, &value));
+    }
     void SetText(const char* name, const char* text)
     {
         RValue value;
