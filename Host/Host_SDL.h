@@ -32,7 +32,6 @@ void ForgetMessages();
 
 // ---- the edge of key numbers
 int32_t KeyFromSdl(SDL_Keycode code, SDL_Scancode scan);  // 0: a key without a number
-SDL_Keycode KeyToSdl(int32_t key);                        // SDLK_UNKNOWN for none
 
 // ---- cursors
 void SetCursor(int32_t row);

@@ -80,6 +80,22 @@ constexpr KeyRow kKeys[] = {
     {SDLK_LESS, 226},
 };
 
+// The places of the signs, for keys of a layout that type something else there.
+struct PlaceRow {
+    SDL_Scancode scan;
+    int32_t key;
+};
+
+constexpr PlaceRow kPlaces[] = {
+    {SDL_SCANCODE_SEMICOLON, 186},      {SDL_SCANCODE_EQUALS, 187},
+    {SDL_SCANCODE_COMMA, 188},          {SDL_SCANCODE_MINUS, 189},
+    {SDL_SCANCODE_PERIOD, 190},         {SDL_SCANCODE_SLASH, 191},
+    {SDL_SCANCODE_GRAVE, 192},          {SDL_SCANCODE_INTERNATIONAL1, 193},
+    {SDL_SCANCODE_LEFTBRACKET, 219},    {SDL_SCANCODE_BACKSLASH, 220},
+    {SDL_SCANCODE_RIGHTBRACKET, 221},   {SDL_SCANCODE_APOSTROPHE, 222},
+    {SDL_SCANCODE_NONUSBACKSLASH, 226},
+};
+
 constexpr int32_t kF1 = 112, kF13 = 124;
 
 }  // namespace
@@ -95,24 +111,10 @@ int32_t KeyFromSdl(SDL_Keycode code, SDL_Scancode scan)
     // A layout whose keys type no Latin letter: the place of the key stands in.
     if (scan >= SDL_SCANCODE_A && scan <= SDL_SCANCODE_Z) return scan - SDL_SCANCODE_A + 'A';
     if (scan >= SDL_SCANCODE_1 && scan <= SDL_SCANCODE_9) return scan - SDL_SCANCODE_1 + '1';
-    return scan == SDL_SCANCODE_0 ? '0' : 0;
-}
-
-SDL_Keycode KeyToSdl(int32_t key)
-{
-    if (key >= 'A' && key <= 'Z') return SDLK_a + (key - 'A');
-    if (key >= '0' && key <= '9') return key;
-    if (key >= kF1 && key < kF13) return SDLK_F1 + (key - kF1);
-    if (key >= kF13 && key < kF13 + 12) return SDLK_F13 + (key - kF13);
-    if (key == 160) return SDLK_LSHIFT;
-    if (key == 161) return SDLK_RSHIFT;
-    if (key == 162) return SDLK_LCTRL;
-    if (key == 163) return SDLK_RCTRL;
-    if (key == 164) return SDLK_LALT;
-    if (key == 165) return SDLK_RALT;
-    for (const KeyRow& row : kKeys)
-        if (row.key == key) return row.code;
-    return SDLK_UNKNOWN;
+    if (scan == SDL_SCANCODE_0) return '0';
+    for (const PlaceRow& row : kPlaces)
+        if (row.scan == scan) return row.key;
+    return 0;
 }
 
 }  // namespace sdl

@@ -12,6 +12,9 @@ constexpr int kKeyCount = 256;
 VxVector<HostMessage> g_queue;  // read from g_head; reused, so a busy frame allocates nothing
 size_t g_head;
 bool g_sentKeys[kKeyCount];  // held by a script
+// What a key that is down was reported as: it goes up under the same number, even when
+// the layout changed in between.
+int32_t g_keyOfScan[SDL_NUM_SCANCODES];
 
 void Queue(const HostMessage& message)
 {
@@ -30,11 +33,39 @@ bool IsExtended(const SDL_Keysym& key)
     return key.sym == SDLK_RALT || key.sym == SDLK_RCTRL || key.sym == SDLK_KP_ENTER;
 }
 
+int32_t NumberOf(const SDL_Keysym& key)
+{
+    const int32_t known = g_keyOfScan[key.scancode];
+    return known ? known : KeyFromSdl(key.sym, key.scancode);
+}
+
+// The number by which one side of Shift, Control and Alt is polled, or 0.
+int32_t SideOf(int scan)
+{
+    switch (scan) {
+        case SDL_SCANCODE_LSHIFT:
+            return 160;
+        case SDL_SCANCODE_RSHIFT:
+            return 161;
+        case SDL_SCANCODE_LCTRL:
+            return 162;
+        case SDL_SCANCODE_RCTRL:
+            return 163;
+        case SDL_SCANCODE_LALT:
+            return 164;
+        case SDL_SCANCODE_RALT:
+            return 165;
+        default:
+            return 0;
+    }
+}
+
 void QueueKey(const SDL_KeyboardEvent& event)
 {
-    HostMessage message =
-        Make(event.type == SDL_KEYDOWN ? HostMessageType::KeyDown : HostMessageType::KeyUp);
-    message.key = KeyFromSdl(event.keysym.sym, event.keysym.scancode);
+    const bool down = event.type == SDL_KEYDOWN;
+    HostMessage message = Make(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
+    message.key = NumberOf(event.keysym);
+    g_keyOfScan[event.keysym.scancode] = down ? message.key : 0;
     if (message.key == 0) return;
     message.repeat = event.repeat != 0;
     message.extended = IsExtended(event.keysym);
@@ -44,7 +75,7 @@ void QueueKey(const SDL_KeyboardEvent& event)
     // SDL's text events leave control characters out; the runtime's string wants them.
     const bool control =
         message.key == 8 || message.key == 9 || message.key == 13 || message.key == 27;
-    if (event.type == SDL_KEYDOWN && control && !message.system) {
+    if (down && control && !message.system) {
         HostMessage typed = Make(HostMessageType::Char);
         typed.unit = static_cast<uint16_t>(message.key);
         Queue(typed);
@@ -195,7 +226,7 @@ void SendKey(int32_t key, bool down)
     if (key < 1 || key >= kKeyCount) return;
     HostMessage message = Make(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
     message.key = key;
-    message.repeat = down && g_sentKeys[key];
+    message.repeat = down && KeyState(key);
     g_sentKeys[key] = down;
     if (down && !message.repeat) Toggle(key);
     Queue(message);
@@ -205,10 +236,17 @@ bool KeyState(int32_t key)
 {
     if (key < 1 || key >= kKeyCount) return false;
     if (g_sentKeys[key]) return true;
-    const SDL_Scancode scan = SDL_GetScancodeFromKey(KeyToSdl(key));
+    SDL_PumpEvents();  // present, also for one who waits for it without taking messages
     int count = 0;
     const Uint8* states = SDL_GetKeyboardState(&count);
-    return scan != SDL_SCANCODE_UNKNOWN && scan < count && states[scan];
+    for (int scan = 0; scan < count; ++scan) {
+        if (!states[scan]) continue;
+        SDL_Keysym held{};
+        held.scancode = static_cast<SDL_Scancode>(scan);
+        held.sym = SDL_GetKeyFromScancode(held.scancode);
+        if (NumberOf(held) == key || SideOf(scan) == key) return true;
+    }
+    return false;
 }
 
 bool KeyToggled(int32_t key)
@@ -221,6 +259,7 @@ void ForgetMessages()
     VxVector<HostMessage>().swap(g_queue);
     g_head = 0;
     for (bool& sent : g_sentKeys) sent = false;
+    for (int32_t& key : g_keyOfScan) key = 0;
 }
 
 }  // namespace sdl
