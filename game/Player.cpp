@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "game/Figure.h"
+#include "game/Gamepad.h"
 
 namespace {
 
@@ -95,15 +96,10 @@ void forget_keys()
         keyboard_key_release(key);
 }
 
-bool touch_platform()
-{
-    return os_type == 3 || os_type == 4 || os_type == 7;
-}
-
 void take_touch_setting()
 {
     touchControls = 0;
-    if (!touch_platform()) return;
+    if (!on_touch_platform()) return;
     ini_open("SaveGame.sav");
     touchControls = ini_read_string("preferencias", "touch", "true") == "true";
     ini_close();
@@ -304,10 +300,7 @@ void vxl_Object_oPlayerArrows_Create(CInstance* self, CInstance* other)
     self->var(dirParada) = "parada";
     playerUmPos[undoAtual] = "inicio";
 
-    self->var(ligaDetectaControle) = 1;
-    self->var(pad) = os_type == desktop ? 0 : 1;
-    gamepad_set_axis_deadzone(self->var(pad), 0.5);
-    gamepad_set_button_threshold(self->var(pad), 0.1);
+    set_up_gamepad(self);
 
     take_touch_setting();
     self->var(comecaJogo) = 0;

@@ -14,8 +14,15 @@ inline constexpr double cell = 52;  // pixels
 // Answer of os_type on a desktop; 3, 4 and 7 are the touch platforms.
 inline constexpr double desktop = 0;
 
+inline bool on_touch_platform()
+{
+    return os_type == 3 || os_type == 4 || os_type == 7;
+}
+
 // Keys by the letters that they type.
 enum Key : int32_t {
+    keyEnter = 13,
+    keySpace = 32,
     keyLeft = 37,
     keyUp = 38,
     keyRight = 39,

@@ -37,7 +37,7 @@ TEST(Idle, ARunLeavesNoMemoryBehindAndTheNextOneIsTheSame)
     for (int run = 0; run < 4; ++run) {
         {
             Stage stage;
-            stage.frames(20).hold('A').frames(45).release('A').frames(5);
+            stage.room("room_level1").frames(19).hold('A').frames(45).release('A').frames(5);
             if (run > 0) {
                 EXPECT_EQ(stage.state_hash(), state);
             }

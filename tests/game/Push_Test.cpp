@@ -16,7 +16,7 @@ class Push : public testing::Test {
 protected:
     void SetUp() override
     {
-        stage.frames(3);
+        stage.room("room_level1").frames(2);
         ASSERT_EQ(stage.room_name(), "room_level1");
         figure = stage.find(oPlayerArrows);
         box = stage.find(oMonte);
@@ -181,7 +181,7 @@ TEST_P(Solved, TheStoredSolutionOpensTheGateAndLeadsOut)
     Stage::Options options;
     options.save = std::string("[preferencias]\r\nvelocidade=\"") + GetParam() + "\"\r\n";
     Stage stage(options);
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     stage.walk(Solution_Of(1));
     EXPECT_EQ(stage.count(oPortaoAberto), 1);
     EXPECT_EQ(stage.find(oPlayerArrows)->x, stage.find(oFinal)->x);

@@ -58,7 +58,7 @@ TEST_F(RunLifeTest, FiftyRunsLeaveNothingBehindAndAreAlike)
         {
             Stage stage;
             ASSERT_TRUE(stage.started()) << stage.console();
-            stage.frames(3).hold('D').frames(5);
+            stage.room("room_level1").frames(2).hold('D').frames(5);
             if (run == 0) hash = stage.state_hash();
             ASSERT_EQ(stage.state_hash(), hash) << "run " << run;
         }
@@ -246,7 +246,7 @@ TEST_F(RunLifeTest, AWindowClosedDuringTheStartStaysClosed)
     g_QuitSeen = true;
     Run_Start();
     EXPECT_FALSE(stage.running());
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     EXPECT_EQ(s_ends, 0);
 }
 

@@ -35,7 +35,7 @@ class AtEachSpeed : public testing::TestWithParam<Speed> {};
 TEST_P(AtEachSpeed, ATapWalksAWholeCellAndStopsThere)
 {
     Stage stage(AtSpeed(GetParam().word));
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     ASSERT_EQ(stage.room_name(), "room_level1");
     const CInstance* figure = stage.find(oPlayerArrows);
     const float start = figure->x;
@@ -56,7 +56,7 @@ TEST_P(AtEachSpeed, ATapWalksAWholeCellAndStopsThere)
 TEST_P(AtEachSpeed, AHeldKeyChainsStepsWithoutAPause)
 {
     Stage stage(AtSpeed(GetParam().word));
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     const CInstance* figure = stage.find(oPlayerArrows);
     stage.hold('A').frames(2 * GetParam().frames);
     EXPECT_FLOAT_EQ(figure->x, 364 - 104);
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Speeds, AtEachSpeed,
 TEST(Walk, AWordThatIsNoSpeedLeavesTheSpeedOfBefore)
 {
     Stage stage(AtSpeed("warp"));
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     EXPECT_EQ(stage.global_text("gameType"), "warp");
     EXPECT_TRUE(std::isnan(stage.global("movePlayerSpeed")));
 }
@@ -79,7 +79,7 @@ TEST(Walk, AWordThatIsNoSpeedLeavesTheSpeedOfBefore)
 TEST(Walk, AWallStopsTheFigureInItsCellAndEachFrameAgainstItIsRecorded)
 {
     Stage stage;
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     PutBoxAside(stage);
     const CInstance* figure = stage.find(oPlayerArrows);
     stage.hold('S').frames(13);  // to the row above the lower wall
@@ -97,7 +97,7 @@ TEST(Walk, AWallStopsTheFigureInItsCellAndEachFrameAgainstItIsRecorded)
 TEST(Walk, TheFirstFrameOfALevelIsNotRecorded)
 {
     Stage stage;
-    while (stage.room_name() != "room_level1") stage.frames(1);
+    stage.room("room_level1");
     CInstance* figure = stage.find(oPlayerArrows);
     stage.room("room_level1");
     figure = stage.find(oPlayerArrows);
@@ -112,7 +112,7 @@ TEST(Walk, TheFirstFrameOfALevelIsNotRecorded)
 TEST(Walk, OfTwoKeysAtOnceTheLaterCodeLeadsAndBothAreRecorded)
 {
     Stage stage;
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     PutBoxAside(stage);
     const CInstance* figure = stage.find(oPlayerArrows);
     stage.hold('A').hold('S').frames(1);
@@ -124,7 +124,7 @@ TEST(Walk, OfTwoKeysAtOnceTheLaterCodeLeadsAndBothAreRecorded)
 TEST(Walk, TheConsoleTellsWhatAStepWillDo)
 {
     Stage stage;
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     stage.clear_console();
     stage.tap('D');
     EXPECT_EQ(stage.console(), "O personagem foi pra direita sem caixa\nUma caixa ficou parada\n");
@@ -145,7 +145,7 @@ TEST(Walk, TheConsoleTellsWhatAStepWillDo)
 TEST(Walk, ALevelThatIsOverTakesNoKeys)
 {
     Stage stage;
-    stage.frames(3);
+    stage.room("room_level1").frames(2);
     g_Global->Slots()[gameOver.slot] = RValue(1.0);
     stage.hold('D').frames(20);
     EXPECT_EQ(stage.find(oPlayerArrows)->x, 364);
