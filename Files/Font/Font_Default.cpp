@@ -17,9 +17,11 @@ constexpr int kCharacters = kLast - kFirst + 1;
 constexpr int kTextureWidth = 256, kTextureHeight = 128;  // texels
 constexpr int kDotRows = 9, kDotColumns = 5;              // two rows lie below the base line
 constexpr int kDot = 2;                                   // texels
-constexpr int kColumns = 16;                              // characters in a row of the texture
-constexpr int kStepX = 16, kStepY = 18;                   // texels
+constexpr int kColumns = 18;                              // characters in a row of the texture
 constexpr int kWidth = 12, kHeight = kDotRows * kDot;     // texels
+// Apart from each other, so that a filter takes nothing from a neighbour.
+constexpr int kStepX = kWidth + 2, kStepY = kHeight + 2;  // texels
+static_assert(kColumns * kStepX <= kTextureWidth);
 static_assert((kCharacters + kColumns - 1) / kColumns * kStepY <= kTextureHeight);
 
 // Rows of dots from the top, one digit of base 32 a row, the left dot its highest bit.

@@ -207,5 +207,4 @@ void DrawRoom()
         DrawCursor();
         Batch_Flush();
     }
-    ++g_CursorFrame;
 }

@@ -79,7 +79,7 @@ struct Mirror {
     uint64_t samplerDirty[2];  // bit: stage * SAMPLER_COUNT + kind
     StateValues stack[kSnapshots];
     int32_t depth;
-    bool repeat, modulate;
+    bool linear, repeat, modulate;  // as last set for all stages
 };
 Mirror s_mirror;
 
@@ -118,12 +118,20 @@ void GpuState_Init()
     std::memset(&s_mirror.wanted, 0, sizeof s_mirror.wanted);
     s_mirror.renderDirty = s_mirror.samplerDirty[0] = s_mirror.samplerDirty[1] = 0;
     s_mirror.depth = 0;
+    s_mirror.linear = g_Display.interpolate;
     s_mirror.repeat = false;
-    s_mirror.modulate = true;
-    g_TextureStage = 0;
     for (const StateDefault& row : kDefaults) s_mirror.wanted.render[row.state] = row.value;
-    s_mirror.applied = s_mirror.wanted;
-    GpuState_ApplyInterpolation();
+    s_mirror.applied = s_mirror.stack[0] = s_mirror.wanted;
+    GpuState_Restart();
+}
+
+void GpuState_Restart()
+{
+    g_TextureStage = 0;
+    GpuState_Set(STATE_ALPHA_BLEND, 1);
+    GpuState_SetInterpolation(s_mirror.linear);
+    GpuState_SetRepeat(s_mirror.repeat);
+    s_mirror.modulate = true;
     if (g_Device) g_Device->SetModulate(true);
     MarkAll();
 }
@@ -210,12 +218,12 @@ void GpuState_Pop()
 
 void GpuState_ApplyInterpolation()
 {
-    GpuState_SetInterpolation(g_Display.interpolate);
-    GpuState_SetRepeat(s_mirror.repeat);
+    GpuState_SetInterpolation(s_mirror.linear);
 }
 
 void GpuState_SetInterpolation(bool linear)
 {
+    s_mirror.linear = linear;
     SetAllStages(SAMPLER_MAG, linear ? 1 : 0);
     SetAllStages(SAMPLER_MIN, linear ? 1 : 0);
 }

@@ -10,6 +10,10 @@
 // Wanted values back to their defaults with the filter and repeat settings laid
 // over them, the snapshot stack empty, and every state marked for sending.
 void GpuState_Init();
+// As a fresh or reset device begins: stage 0, blending on, textures multiplied by the vertex
+// colour, filter and addressing as they were last set for all stages; the rest of the wanted
+// values stays. Marks every state for sending.
+void GpuState_Restart();
 void GpuState_Set(int32_t state, uint32_t value);                       // a DeviceRenderState
 uint32_t GpuState_Get(int32_t state);                                   // the wanted value
 void GpuState_SetSampler(int32_t stage, int32_t kind, uint32_t value);  // a DeviceSamplerState
@@ -19,10 +23,8 @@ void GpuState_SendAll();  // marks every state dirty and sends it
 // Saves and restores the wanted values, 32 deep.
 void GpuState_Push();
 void GpuState_Pop();
-// Filters of all stages from the header's interpolation flag, addressing from the
-// repeat setting.
-void GpuState_ApplyInterpolation();
 void GpuState_SetInterpolation(bool linear);  // all stages
+void GpuState_ApplyInterpolation();           // the last one of all stages, once more
 void GpuState_SetRepeat(bool repeat);         // all stages
 bool GpuState_Repeat();
 void GpuState_SetModulate(bool on);  // texture times vertex colour, or the texture alone

@@ -60,7 +60,8 @@ void Graphics_AfterReset()
     if (!g_Device) return;
     ClearBackBuffer();
     Matrix_SetDevice(DeviceMatrix::World, kIdentityMatrix);
-    g_Device->SetModulate(GpuState_Modulate());
+    for (int32_t stage = 0; stage < kDeviceStages; ++stage) Texture_Bind(stage, nullptr);
+    GpuState_Restart();
     GpuState_SendAll();
     ShowWholeBackBuffer();
 }

@@ -61,7 +61,7 @@ Crop CropToEntry(const ArchivePageEntry& entry, Crop part, float xscale, float y
     if (targetX > part.left) {
         const float d = targetX - part.left;
         part.x += std::trunc(d * c * xscale);
-        part.y -= std::trunc(d * s * xscale);
+        part.y -= std::trunc(d * s * yscale);
         part.width -= d;
         part.left = 0;
     } else {

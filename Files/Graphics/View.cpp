@@ -74,6 +74,8 @@ bool PortCoversTarget()
 void ClearByQuad(uint32_t flags, uint32_t colour)
 {
     if (!(flags & CLEAR_COLOUR)) return;
+    const bool modulate = GpuState_Modulate();
+    GpuState_SetModulate(true);
     GpuState_Push();
     for (const int32_t state : {STATE_Z_ENABLE, STATE_ALPHA_TEST, STATE_FOG_ENABLE,
                                 STATE_ALPHA_BLEND, STATE_STENCIL_ENABLE})
@@ -89,7 +91,7 @@ void ClearByQuad(uint32_t flags, uint32_t colour)
         v[3] = {1, -1, 0.5F, colour, 1, 1};
     }
     GpuState_Pop();
-    Batch_Flush();
+    GpuState_SetModulate(modulate);
     if (g_Gui.inGuiPass && Surface_StackDepth() == 0)
         Gui_SetTransform();
     else

@@ -280,6 +280,9 @@ void Surface_DrawToWindow(int32_t x, int32_t y, int32_t width, int32_t height)
                                 STATE_ALPHA_TEST, STATE_STENCIL_ENABLE})
         g_Device->SetRenderState(state, 0);
     g_Device->SetRenderState(STATE_CULL_MODE, static_cast<uint32_t>(DeviceCull::None));
+    // The header's choice smooths the picture, whatever scripts have set for their own drawing.
+    for (const int32_t kind : {SAMPLER_MAG, SAMPLER_MIN})
+        g_Device->SetSamplerState(g_TextureStage, kind, g_Display.interpolate ? 1 : 0);
     const Letterbox box = Window_LetterboxIn(width, height);
     Quad_TextureExt(surface->texture, 0, 0, static_cast<float>(x) + box.left,
                     static_cast<float>(y) + box.top,

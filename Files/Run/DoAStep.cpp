@@ -128,4 +128,5 @@ void DoAStep()
     Room_ScrollBackgrounds();
     ApplyPendingChanges();
     ++g_FrameCount;
+    ++g_CursorFrame;
 }

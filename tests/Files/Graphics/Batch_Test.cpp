@@ -186,3 +186,21 @@ TEST_F(BufferTest, AfterAResetEveryStateIsSentAgain)
     Graphics_AfterReset();
     EXPECT_EQ(Only("state").size(), 31U);
 }
+
+TEST_F(BufferTest, AResetBringsBackTheStageTheBlendingAndTheSavedFilter)
+{
+    GpuState_SetInterpolation(true);
+    GpuState_SetRepeat(true);
+    GpuState_SetSampler(3, SAMPLER_MAG, 0);  // of one stage: not saved
+    GpuState_SetModulate(false);
+    GpuState_Set(STATE_ALPHA_BLEND, 0);
+    GpuState_Set(STATE_ALPHA_REF, 40);
+    g_TextureStage = 3;
+    Graphics_AfterReset();
+    EXPECT_EQ(g_TextureStage, 0);
+    EXPECT_TRUE(GpuState_Modulate());
+    EXPECT_EQ(GpuState_Get(STATE_ALPHA_BLEND), 1U);
+    EXPECT_EQ(GpuState_Get(STATE_ALPHA_REF), 40U);
+    EXPECT_EQ(GpuState_GetSampler(3, SAMPLER_MAG), 1U);
+    EXPECT_EQ(GpuState_GetSampler(0, SAMPLER_ADDRESS_U), 0U);
+}

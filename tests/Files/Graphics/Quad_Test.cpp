@@ -93,6 +93,11 @@ TEST_F(QuadTest, APartIsCutToThePictureAndMovesByWhatWasCut)
     ExpectTexel(v[0], 8, 16);
     ExpectTexel(v[4], 18, 26);
     ExpectAt(v[2], 106, 86);  // top left, top right, bottom left, ...
+    // Turned by a quarter: what falls away moves it up by 3 * 3 and right by 2 * 2.
+    ASSERT_TRUE(Quad_EntryPart(&entry_, 2, 5, 13, 12, 100, 50, 2, 3, 3.1415927F / 2, 0xFFFFFF, 1));
+    v = Flushed();
+    ExpectAt(v[0], 104, 41);
+    ExpectAt(v[1], 104, 41 - 20);
     // Past the right and lower edge of the picture.
     ASSERT_TRUE(Quad_EntryPart(&entry_, 15, 12, 40, 40, 0, 0, 1, 1, 0, 0xFFFFFF, 1));
     v = Flushed();
