@@ -16,13 +16,19 @@ enum PadAxis : int32_t {
     gp_axislv = 32786,  // below 0 is up
 };
 
-// In the create event of whatever reads the pad. A stick within the dead zone reads 0.
+// A stick within the dead zone reads 0.
+inline void set_up_slot(double slot)
+{
+    gamepad_set_axis_deadzone(slot, 0.5);
+    gamepad_set_button_threshold(slot, 0.1);
+}
+
+// In the create event of whatever reads the pad.
 inline void set_up_gamepad(CInstance* self)
 {
     self->var(ligaDetectaControle) = 1;
     self->var(pad) = os_type == desktop ? 0 : 1;
-    gamepad_set_axis_deadzone(self->var(pad), 0.5);
-    gamepad_set_button_threshold(self->var(pad), 0.1);
+    set_up_slot(self->var(pad));
 }
 
 // The buttons that accept went down in this frame.

@@ -41,19 +41,22 @@ inline constexpr Colour black = 0, white = 0xFFFFFF;
 // Of draw_set_halign and draw_set_valign.
 inline constexpr int32_t fa_center = 1, fa_middle = 1;
 
-// A picture for each of the two characters.
-struct Pictures {
-    Sprite menino, menina;
-};
-
-// The picture of the character that a figure plays.
-inline Sprite of(const Pictures& pictures, Global character)
-{
-    return character == "menino" ? pictures.menino : pictures.menina;
-}
-
 // Music on: sound effects follow the music's state.
 inline bool music_plays()
 {
     return audio_is_playing(musica) && !audio_is_paused(musica);
+}
+
+inline void click()
+{
+    if (music_plays()) audio_play_sound(xClick, 1, false);
+}
+
+inline constexpr int levels = 100;
+
+// Number of the level that a room is; 0 of another room.
+inline int level_of(double room_)
+{
+    if (room_ < room_level1.index || room_ > room_level100.index) return 0;
+    return static_cast<int>(room_) - room_level1.index + 1;
 }

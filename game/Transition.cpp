@@ -32,13 +32,6 @@ void hold_black(CInstance* self)
     }
 }
 
-// Number of the level that a room is; 0 of another room.
-int level_of(double room)
-{
-    if (room < room_level1.index || room > room_level100.index) return 0;
-    return static_cast<int>(room) - room_level1.index + 1;
-}
-
 const char* level_word()
 {
     if (idioma == "ingles") return "Level";

@@ -1,0 +1,109 @@
+// Steps from cell to cell. A new direction is chosen only on the grid, and a step that
+// was started always runs on to the next cell.
+
+#include <cstdio>
+
+#include "game/Figure.h"
+
+Sprite picture(const Figure& figure, const Pictures& pictures)
+{
+    const bool known = figure.character.is(figure.knownCharacter);
+    return known == figure.knownIsGirl ? pictures.menina : pictures.menino;
+}
+
+bool on_grid(CInstance* self)
+{
+    return action_if_aligned(self, cell, cell);
+}
+
+bool is_moving(CInstance* self, const Figure& figure)
+{
+    const bool moves = self->var(hspeed) != 0 || self->var(vspeed) != 0;
+    self->var(figure.moving) = moves;
+    return moves;
+}
+
+bool a_movement_key_is_held()
+{
+    for (const Figure* figure : {&playerOne, &playerTwo})
+        for (const Key key : figure->keys)
+            if (keyboard_check(key)) return true;
+    return false;
+}
+
+void say(const char* start, const char* word, const char* end)
+{
+    char line[80];
+    snprintf(line, sizeof line, "%s%s%s", start, word, end);
+    show_debug_message(line);
+}
+
+void show_walking(CInstance* self, const Figure& figure, const Direction& direction)
+{
+    self->var(sprite_index) = picture(figure, direction.walking);
+    self->var(image_index) = 0;
+    self->var(image_speed) = idleImageSpeed;
+    figure.walkingShown = 1;
+}
+
+// A movement key is down.
+void walk(CInstance* self, const Figure& figure, const Direction& direction)
+{
+    // The level is over.
+    if (gameOver != 0) return;
+    if (figure.walkingShown == 0) show_walking(self, figure, direction);
+    // Between two cells the figure keeps its way.
+    if (!on_grid(self)) return;
+    action_move(self, direction.pattern, movePlayerSpeed);
+    figure.walkingShown = 0;
+    // The first frame of a level is not recorded: the table of boxes is not filled yet.
+    if (self->var(comecaJogo) && habilitaUndo && place_snapped(self, cell, cell))
+        record_step(self, figure, direction);
+}
+
+// No key went down in this frame: a figure whose keys are all up stops on its cell.
+void rest(CInstance* self, const Figure& figure)
+{
+    for (const Key key : figure.keys)
+        if (keyboard_check(key)) return;
+    if (self->var(hspeed) == 0 && self->var(vspeed) == 0)
+        self->var(sprite_index) = picture(figure, standing);
+    self->var(image_speed) = idleImageSpeed;
+    if (on_grid(self)) action_move(self, stop, 0);
+}
+
+namespace {
+
+// The figure stays behind the box that it pushes and shows the effort.
+void show_pushing(CInstance* self, const Figure& figure)
+{
+    const double shown = self->var(sprite_index);
+    for (const Direction& direction : directions)
+        if (shown == picture(figure, direction.walking).index)
+            self->var(sprite_index) = picture(figure, direction.pushing);
+}
+
+// The box moves by the figure's speed when neither anything solid nor another box
+// stands in the way.
+void push_box(CInstance* box, double stepX, double stepY)
+{
+    if (!action_if_empty(box, beside(stepX, stepY), false)) return;
+    if (action_if_object(box, oMonte, beside(stepX, stepY))) return;
+    box->var(x) += stepX;
+    box->var(y) += stepY;
+}
+
+}  // namespace
+
+// Both were put back to where they were in the last frame. The box goes first; then
+// the figure is moved on into the place that the box has left, or put back again.
+void push(CInstance* self, CInstance* box, const Figure& figure)
+{
+    // The level is over, or solved: boxes stand still.
+    if (gameOver != 0 || moveCaixa == 0) return;
+    if (&figure == &playerOne && instance_exists(self, oPlayerArrows2))
+        push_against_player_two(self);
+    show_pushing(self, figure);
+    push_box(box, 0, self->var(vspeed));
+    push_box(box, self->var(hspeed), 0);
+}
