@@ -47,6 +47,29 @@ std::filesystem::path FreshFolder()
     return pattern;
 }
 
+HostClockTable g_stageClock;
+double g_windowPace;
+
+void BlockInWindow(int32_t millis)
+{
+    g_stageClock.Block(millis);
+    if (g_windowPace > 0) usleep(static_cast<useconds_t>(millis * 1000 / g_windowPace));
+}
+
+// The desktop's window with all else of the stage.
+void UseWindow(double pace)
+{
+    const Host stage = g_Host;
+    Host_UseSDL();
+    const HostWindowTable window = g_Host.window;
+    g_Host = stage;
+    g_Host.window = window;
+    g_Host.headlessWindow = false;
+    g_stageClock = stage.clock;
+    g_windowPace = pace;
+    g_Host.clock.Block = BlockInWindow;
+}
+
 std::filesystem::path SavePath(const std::filesystem::path& folder)
 {
     return folder / "data" / "MarlowickGame" / "SaveGame.sav";
@@ -85,6 +108,7 @@ void Stage::Boot(const Options& options)
     Stage_Reset();
     Stage_SetFolder((folder_.string() + "/").c_str());
     Stage_SetDataFolder((folder_.string() + "/data/").c_str());
+    if (options.window) UseWindow(options.windowPace);
     Console_SetSink(Listen, this);
     Random_Seed(0);
 

@@ -30,6 +30,10 @@ public:
         std::vector<uint8_t> archiveBytes;       // instead of a file, when not empty
         const RunnerData* attachment = nullptr;  // null for the game's
         std::string save;                        // text of SaveGame.sav before the start
+        // A real window of the display, whose keys and mouse are then the hands. The
+        // stage's clock stays: a wait of a second takes 1 / windowPace seconds, none for 0.
+        bool window = false;
+        double windowPace = 1;
     };
 
     Stage();
