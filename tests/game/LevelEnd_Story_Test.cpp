@@ -1,0 +1,329 @@
+// Stories of the end of a level: what is stored, unlocked and posted, and where its
+// rows lead.
+
+#include <cstring>
+#include <vector>
+
+#include "Files/Function/Function_Registry.h"
+#include "tests/game/support_Level.h"
+#include "tests/support/Solution.h"
+
+using namespace names;
+
+namespace {
+
+// A figure that came through the gate.
+void StandOutside(LevelStory& level, CInstance* figure)
+{
+    if (CInstance* gate = level.stage.find(oPortaoFechado)) instance_destroy(gate);
+    Put(figure, 416, 0);
+}
+
+// A level whose room is still empty gets what its end needs.
+void Furnish(LevelStory& level)
+{
+    if (level.one) return;
+    for (const Object object : {oControl, oPause, oClock}) Room_CreateInstance(0, 0, object.index);
+    Room_CreateInstance(416, -52, oFinal.index);
+    Room_CreateInstance(416, 0, oPlayerArrows.index);
+    level.Look();
+}
+
+void WalkOut(LevelStory& level)
+{
+    Furnish(level);
+    StandOutside(level, level.one);
+    level.stage.frames(1).tap('W').frames(14);
+}
+
+void Finish(LevelStory& level, int number)
+{
+    level.Enter("room_level" + std::to_string(number));
+    WalkOut(level);
+}
+
+bool Has(const LevelStory& level, const std::string& line)
+{
+    return level.stage.save_file().find(line + "\r\n") != std::string::npos;
+}
+
+std::string Levels(int number, int value)
+{
+    return "Level" + std::to_string(number) + "=\"" + std::to_string(value) + ".000000\"";
+}
+
+// ---- a service that is there, in place of the one that is not
+std::vector<std::string> g_posts;
+
+void Available(RValue& result, CInstance*, CInstance*, int, RValue*)
+{
+    SetReal(result, 1);
+}
+void PostScore(RValue&, CInstance*, CInstance*, int, RValue* args)
+{
+    g_posts.push_back(std::string(VXGetText(&args[0])) + " " +
+                      std::to_string(static_cast<int>(REAL_RValue(&args[1]))));
+}
+void NotYet(RValue& result, CInstance*, CInstance*, int, RValue* args)
+{
+    SetReal(result, strcmp(VXGetText(&args[0]), "NovicePlayer") == 0);
+}
+void SetAchievement(RValue&, CInstance*, CInstance*, int, RValue* args)
+{
+    g_posts.push_back(VXGetText(&args[0]));
+}
+
+void Serve(const char* name, BuiltinRoutine routine)
+{
+    const_cast<FunctionRecord*>(Function_Record(Function_Find(name)))->routine = routine;
+}
+
+void BringInServices()
+{
+    g_posts.clear();
+    Serve("achievement_available", Available);
+    Serve("achievement_post_score", PostScore);
+    Serve("steam_get_achievement", NotYet);
+    Serve("steam_set_achievement", SetAchievement);
+}
+
+// ----
+
+TEST(LevelEnd, TheSaveFileAfterTheFirstLevelByteForByte)
+{
+    Stage::Options options;
+    options.save = "[preferencias]\r\ntutorial=\"false\"\r\nidioma=\"ingles\"\r\n";
+    Stage stage(options);
+    stage.room("room_level1");
+    stage.walk(Solution_Of(1)).frames(20);
+    ASSERT_EQ(stage.count(oFimFase), 1);
+    const int played = static_cast<int>(stage.variable(stage.find(oClock), "levelTime"));
+    EXPECT_GT(played, 5);
+    const std::string time = "=\"" + std::to_string(played) + ".000000\"\r\n";
+    EXPECT_EQ(stage.save_file(), "[Tempo]\r\nroom_level1" + time + "Total" + time +
+                                     "Horas=\"0.000000\"\r\nMinutos=\"0.000000\"\r\nSegundos" +
+                                     time +
+                                     "[preferencias]\r\ntutorial=\"false\"\r\nidioma=\"ingles\"\r\n"
+                                     "[Levels]\r\nLevel1=\"2.000000\"\r\nLevel2=\"1.000000\"\r\n");
+    EXPECT_EQ(stage.count(oPlayerArrows), 0);
+    EXPECT_EQ(stage.count(oSeta), 0);
+    EXPECT_EQ(stage.count(oPause), 0) << "asleep";
+    for (const Object row : {oProximo, oRecomecarPause, oVoltarMenu, oMenuFimFaseNovo})
+        EXPECT_EQ(stage.count(row), 1);
+    const std::string kept = stage.save_file();
+    for (const int key : {int('W'), int('A'), int('S'), int('D'), int('Z'), int('P'), int('T')})
+        stage.tap(key).frames(3);
+    stage.frames(70);
+    EXPECT_EQ(stage.room_name(), "room_level1") << "the figure's keys do nothing any more";
+    EXPECT_EQ(stage.count(oTransicao), 0);
+    EXPECT_EQ(stage.save_file(), kept);
+    EXPECT_EQ(stage.variable(stage.find(oClock), "levelTime"), played) << "the clock stands";
+}
+
+TEST(LevelEnd, ALevelUnlocksTheNextAndLowersNothing)
+{
+    LevelStory level("onePlayer", "normal",
+                     "[Levels]\r\nLevel5=\"2.000000\"\r\nLevel6=\"2.000000\"\r\n");
+    Finish(level, 5);
+    EXPECT_TRUE(Has(level, Levels(5, 2)));
+    EXPECT_TRUE(Has(level, Levels(6, 2)));
+    Finish(level, 6);
+    EXPECT_TRUE(Has(level, Levels(7, 1)));
+    Finish(level, 6);
+    EXPECT_TRUE(Has(level, Levels(7, 1)));
+    Finish(level, 100);
+    EXPECT_TRUE(Has(level, Levels(100, 2)));
+    EXPECT_TRUE(Has(level, Levels(101, 1)));
+    level.stage.room("room_menu1").frames(2);
+    Room_CreateInstance(0, 0, oControl.index);
+    Room_CreateInstance(416, -52, oFinal.index);
+    Room_CreateInstance(0, 0, oClock.index);
+    Put(Room_CreateInstance(416, 0, oPlayerArrows.index), 416, 0);
+    level.stage.frames(1).tap('W').frames(14);
+    EXPECT_EQ(level.stage.save_file().find("Level0"), std::string::npos) << "no level ends here";
+}
+
+TEST(LevelEnd, EitherFigureEndsItForBoth)
+{
+    for (const bool second : {false, true}) {
+        LevelStory level("twoPlayersOne");
+        ASSERT_NE(level.two, nullptr);
+        StandOutside(level, second ? level.two : level.one);
+        level.stage.frames(1).tap(second ? kUp : 'W').frames(14);
+        EXPECT_EQ(level.stage.count(oPlayerArrows), 0) << second;
+        EXPECT_EQ(level.stage.count(oPlayerArrows2), 0) << second;
+        EXPECT_EQ(level.stage.count(oFimFase), 1) << second;
+        EXPECT_EQ(level.stage.count(oProximo), 1) << second;
+        EXPECT_EQ(gameOver, 1);
+        EXPECT_TRUE(Has(level, Levels(1, 2)));
+    }
+}
+
+TEST(LevelEnd, TheRowsLeadOnAgainAndToTheMap)
+{
+    struct Row {
+        int key;
+        const char* from;
+        const char* to;
+    };
+    for (const Row& row :
+         {Row{'N', "room_level1", "room_level2"}, Row{'E', "room_level1", "room_level1"},
+          Row{'M', "room_level1", "room_menu3"}, Row{'N', "room_level100", "room_level100"}}) {
+        LevelStory level("onePlayer", "normal",
+                         "[Levels]\r\nLevel11=\"2.000000\"\r\nLevel21=\"1.000000\"\r\n", row.from);
+        WalkOut(level);
+        level.stage.hold(row.key).frames(3);
+        EXPECT_EQ(level.stage.count(oTransicao), 0) << "held, it only shows so";
+        level.stage.release(row.key).frames(2);
+        const bool stays = row.key == 'N' && std::string(row.from) == "room_level100";
+        EXPECT_EQ(level.stage.count(oTransicao), stays ? 0 : 1) << row.key;
+        level.stage.frames(62);
+        EXPECT_EQ(level.stage.room_name(), row.to) << row.key;
+        EXPECT_EQ(level.stage.count(oFimFase), stays ? 1 : 0) << row.key;
+    }
+}
+
+TEST(LevelEnd, TheLastLevelHasAScreenOfItsOwn)
+{
+    LevelStory level;
+    WalkOut(level);
+    EXPECT_EQ(level.stage.find(oFimFase)->image_index, 0);
+    idioma = "portugues";
+    Finish(level, 100);
+    EXPECT_EQ(level.stage.find(oFimFase)->image_index, 3);
+    EXPECT_EQ(level.stage.count(oPersonagemFinal), 1);
+    EXPECT_EQ(level.stage.count(oPersonagemFinal2), 1);
+}
+
+TEST(LevelEnd, BackspaceLeadsToTheFarthestPageByOneFade)
+{
+    LevelStory level("onePlayer", "normal",
+                     "[Levels]\r\nLevel11=\"2.000000\"\r\nLevel91=\"1.000000\"\r\n");
+    level.stage.clear_console();
+    level.stage.hold(8).frames(5).release(8);
+    EXPECT_EQ(level.stage.count(oTransicao), 1);
+    EXPECT_EQ(level.stage.console(), "Abriu level 1!\nAbriu level 11!\nAbriu level 91!\n");
+    level.stage.frames(20);
+    EXPECT_EQ(level.stage.room_name(), "room_menu10");
+}
+
+// ---- milestones and boards
+
+TEST(LevelEnd, MilestonesAreSetOnceAndInTheirOrder)
+{
+    LevelStory level("onePlayer", "normal",
+                     "[Tempo]\r\nTotal=\"7199.000000\"\r\nSegundos=\"59.000000\"\r\nMinutos=\"59."
+                     "000000\"\r\nHoras=\"1.000000\"\r\n");
+    BringInServices();
+    Finish(level, 100);
+    // The board of the whole game follows the milestones; "NovicePlayer" is set already.
+    EXPECT_EQ(g_posts,
+              (std::vector<std::string>{"PixelLandCompleted", "MarlowickCompleted",
+                                        "MarlowickService21 0", "MarlowickService22 7199000"}));
+    g_posts.clear();
+    level.Enter("room_level3");
+    Furnish(level);
+    level.stage.frames(30);
+    WalkOut(level);
+    EXPECT_EQ(g_posts[0], "FirstSteps");
+    EXPECT_EQ(g_posts[1], "ExperiencedPlayer") << "two hours by now";
+    EXPECT_TRUE(Has(level, "Horas=\"2.000000\""));
+    EXPECT_TRUE(Has(level, "Minutos=\"0.000000\""));
+}
+
+TEST(LevelEnd, AWorldsBoardIsPostedOnceItsLastLevelIsDone)
+{
+    LevelStory level("onePlayer", "normal",
+                     "[Tempo]\r\nroom_level1=\"10.000000\"\r\nroom_level3=\"5.000000\"\r\n");
+    BringInServices();
+    Finish(level, 2);
+    EXPECT_TRUE(g_posts.empty());
+    Finish(level, 20);
+    EXPECT_EQ(g_posts,
+              (std::vector<std::string>{"GrassLandCompleted", "MarlowickService17 15000"}));
+    g_posts.clear();
+    Finish(level, 1);
+    EXPECT_EQ(g_posts, std::vector<std::string>{"MarlowickService17 5000"}) << "the newest time";
+    g_posts.clear();
+    Finish(level, 21);
+    EXPECT_TRUE(g_posts.empty()) << "another world";
+}
+
+// ---- the clock
+
+TEST(Clock, CountsSecondsAndStoresThemOnlyAtTheEnd)
+{
+    const std::string stored =
+        "[Tempo]\r\nTotal=\"3598.000000\"\r\nSegundos=\"58.000000\"\r\nMinutos=\"59."
+        "000000\"\r\nHoras=\"0.000000\"\r\n";
+    LevelStory level("onePlayer", "normal", stored);
+    CInstance* clock = level.stage.find(oClock);
+    const std::string before = level.stage.save_file();
+    level.stage.frames(31);
+    EXPECT_EQ(level.stage.variable(clock, "seconds"), 59);
+    EXPECT_EQ(level.stage.variable(clock, "levelTime"), 1);
+    level.stage.frames(30);
+    EXPECT_EQ(level.stage.variable(clock, "seconds"), 0);
+    EXPECT_EQ(level.stage.variable(clock, "minutes"), 0);
+    EXPECT_EQ(level.stage.variable(clock, "hours"), 1);
+    EXPECT_EQ(level.stage.variable(clock, "totalTime"), 3600);
+    EXPECT_EQ(level.stage.save_file(), before);
+
+    level.stage.tap('T').frames(3);
+    clock = level.stage.find(oClock);
+    EXPECT_EQ(level.stage.variable(clock, "totalTime"), 3598) << "a restart takes its time back";
+    EXPECT_EQ(level.stage.variable(clock, "levelTime"), 0);
+    level.Look();
+    WalkOut(level);
+    EXPECT_TRUE(Has(level, "room_level1=\"0.000000\"")) << "less than a second";
+    EXPECT_TRUE(Has(level, "Total=\"3598.000000\""));
+}
+
+TEST(Clock, StandsWhenItDoesNotCountAndItsAlarmLapses)
+{
+    LevelStory level;
+    contaTempo = 0;
+    level.stage.frames(100);
+    CInstance* clock = level.stage.find(oClock);
+    EXPECT_EQ(level.stage.variable(clock, "totalTime"), 0);
+    contaTempo = 1;
+    level.stage.frames(100);
+    EXPECT_EQ(level.stage.variable(clock, "totalTime"), 0) << "until it is armed anew";
+}
+
+// ---- the campaign begins anew
+
+TEST(Campaign, TheWipeKeepsLanguageAndTime)
+{
+    const std::string full =
+        "idioma=\"portugues\"\r\nmodo=\"twoPlayersOne\"\r\n[Levels]\r\nLevel1=\"2."
+        "000000\"\r\nLevel2=\"1.000000\"\r\n"
+        "[Tempo]\r\nTotal=\"3725.000000\"\r\nSegundos=\"5.000000\"\r\nMinutos=\"2."
+        "000000\"\r\nHoras=\"1.000000\"\r\nroom_level1=\"9.000000\"\r\n";
+    LevelStory level("onePlayer", "fast", full, "room_menu1");
+    CInstance* caller = Room_CreateInstance(0, 0, oMenuConfirmaRecomeca.index);
+    const auto wipe = [&] {
+        RValue result;
+        vxl_Script_scr_recomeca(caller, caller, result, 0, nullptr);
+    };
+    passaTela = 0;
+    const std::string before = level.stage.save_file();
+    wipe();
+    EXPECT_EQ(level.stage.save_file(), before);
+    EXPECT_EQ(level.stage.count(oTransicao), 0);
+
+    passaTela = 1;
+    wipe();
+    EXPECT_EQ(level.stage.save_file(),
+              "[Tempo]\r\nTotal=\"3725.000000\"\r\nHoras=\"1.000000\"\r\nMinutos=\"2."
+              "000000\"\r\nSegundos=\"5.000000\"\r\n"
+              "[preferencias]\r\ntutorial=\"false\"\r\nidioma=\"portugues\"\r\n");
+    EXPECT_EQ(level.stage.global_text("idioma"), "portugues");
+    level.stage.frames(14);
+    EXPECT_EQ(level.stage.room_name(), "room_personagem");
+    level.Enter("room_level1");
+    EXPECT_EQ(level.stage.variable(level.stage.find(oClock), "totalTime"), 3725);
+    EXPECT_EQ(level.stage.global_text("gameType"), "normal") << "a preference goes";
+}
+
+}  // namespace
