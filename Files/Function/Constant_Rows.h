@@ -394,6 +394,11 @@ inline constexpr ConstantRow kBuffersRows[] = {
     {"buffer_string", 11},    {"buffer_u64", 12},          {"buffer_text", 13},
     {"buffer_seek_start", 0}, {"buffer_seek_relative", 1}, {"buffer_seek_end", 2},
 };
+// containers
+inline constexpr ConstantRow kContainersRows[] = {
+    {"ds_type_map", 1},   {"ds_type_list", 2}, {"ds_type_stack", 3},
+    {"ds_type_queue", 4}, {"ds_type_grid", 5}, {"ds_type_priority", 6},
+};
 
 template <int N>
 constexpr ConstantFamily Family_Of(const ConstantRow (&rows)[N])
@@ -426,4 +431,5 @@ inline constexpr ConstantFamily kConstantFamilies[] = {
     Family_Of(kWorkshopContentRows),
     Family_Of(kTimeZonesRows),
     Family_Of(kBuffersRows),
+    Family_Of(kContainersRows),
 };

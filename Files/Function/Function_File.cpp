@@ -2,9 +2,11 @@
 
 #include "Files/Function/Function_File.h"
 
+#include <algorithm>
+
 #include "Files/Base/Error.h"
+#include "Files/Data/DS_Tables.h"
 #include "Files/Function/Arguments.h"
-#include "Files/Function/Function_Later.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/IO/File_Csv.h"
 #include "Files/IO/File_Disk.h"
@@ -79,7 +81,30 @@ BUILTIN(F_file_attributes)
     SetBool(result, (attributes & ArgInt(args, argc, 1)) != 0);
 }
 
-// Rows of cells wait for the grids that are to hold them.
+// A grid as wide as the longest row; cells that a row lacks hold empty texts. -1 after
+// a report when it would be too large.
+int32_t GridOf(const CsvRows& rows)
+{
+    size_t width = 0;
+    for (const CsvRow& row : rows) width = std::max(width, row.size());
+    auto* grid = VxNew<CDS_Grid>(0, 0);
+    if (!grid->Resize(static_cast<int32_t>(width), static_cast<int32_t>(rows.size()))) {
+        Error_Show("load_csv: the table is too large", false);
+        VxDelete(grid);
+        return -1;
+    }
+    CDS_Grid::Walk(grid->Region(0, 0, grid->Width(), grid->Height()), [&](int32_t x, int32_t y) {
+        const CsvRow& row = rows[static_cast<size_t>(y)];
+        const auto column = static_cast<size_t>(x);
+        RValue text;
+        VXCreateString(&text, column < row.size() ? row[column].c_str() : "");
+        grid->At(x, y) = DSValue(text);
+        FREE_RValue(&text);
+    });
+    return DS_Table<CDS_Grid>().Put(grid);
+}
+
+// A grid, or -1 when the file can't be read.
 BUILTIN(F_load_csv)
 {
     SetReal(result, -1);
@@ -92,7 +117,7 @@ BUILTIN(F_load_csv)
     if (!text) return;
     const CsvRows rows = Csv_Parse(reinterpret_cast<const char*>(text), size);
     MemoryManager::Free(text);
-    if (!rows.empty()) Error_NotThereYet("load_csv");
+    SetReal(result, GridOf(rows));
 }
 
 BUILTIN(F_zip_unzip)

@@ -17,12 +17,8 @@ constexpr BuiltinRow kParticleRows[] = {
     {"effect_create_above", NotThereYet, 5},
 };
 
-constexpr BuiltinRow kDSRows[] = {
-    {"ds_exists", NotThereYet, 2},          {"ds_list_create", NotThereYet, 0},
-    {"ds_list_add", NotThereYet, -1},       {"ds_list_destroy", NotThereYet, 1},
-    {"ds_map_create", NotThereYet, 0},      {"ds_map_destroy", NotThereYet, 1},
-    {"ds_map_exists", NotThereYet, 2},      {"ds_map_find_value", NotThereYet, 2},
-    {"ds_map_replace", NotThereYet, 3},     {"ds_map_secure_load", NotThereYet, 1},
+constexpr BuiltinRow kSecureRows[] = {
+    {"ds_map_secure_load", NotThereYet, 1},
     {"ds_map_secure_save", NotThereYet, 2},
 };
 
@@ -36,10 +32,6 @@ void Function_Particle_Register()
 {
     Function_AddRows(kParticleRows);
 }
-void Function_DS_Register()
-{
-    Function_AddRows(kDSRows);
-}
 void Function_Shaders_Register()
 {
     Function_Steam_Register();
@@ -51,6 +43,9 @@ void Function_Vexo_Register()
     Function_VirtualKeys_Register();
 }
 
-// The game names nothing of these two.
-void Function_Buffers_Register() {}
+void Function_Buffers_Register()
+{
+    Function_AddRows(kSecureRows);
+}
+// The game names nothing of these.
 void Function_Camera_Register() {}

@@ -321,6 +321,11 @@ TEST_F(Files, TablesWithCommas)
     const CsvRows expected = {{"a", "b,\"c\"\nd", ""}, {""}, {"opentail", "x"}, {"never closed\n"}};
     EXPECT_EQ(rows, expected);
     EXPECT_TRUE(Csv_Parse("", 0).empty());
+    Put(Bundled("t.csv"), text);
+    const double grid = Number("load_csv", {"t.csv"});
+    EXPECT_EQ(Number("ds_grid_width", {grid}) * 10 + Number("ds_grid_height", {grid}), 34);
+    EXPECT_EQ(Text("ds_grid_get", {grid, 1.0, 0.0}), "b,\"c\"\nd");
+    EXPECT_EQ(Text("ds_grid_get", {grid, 2.0, 2.0}), "") << "a cell that the row lacks";
     EXPECT_EQ(Number("load_csv", {"none.csv"}), -1);
     EXPECT_TRUE(Reports().empty());
     EXPECT_EQ(Number("load_csv", {3.0}), -1);
