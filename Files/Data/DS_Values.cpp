@@ -2,6 +2,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -154,8 +155,11 @@ uint32_t HashOf(const RValue& key)
 
 void CStream::Append(const void* bytes, size_t size)
 {
-    const auto* from = static_cast<const uint8_t*>(bytes);
-    bytes_.insert(bytes_.end(), from, from + size);
+    if (size == 0) return;
+    const size_t end = bytes_.size();
+    if (end + size > bytes_.capacity()) bytes_.reserve(std::max(end * 2, end + size));
+    bytes_.resize(end + size);
+    std::memcpy(bytes_.data() + end, bytes, size);
 }
 
 bool CStream::Take(void* out, size_t size)
