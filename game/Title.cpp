@@ -35,6 +35,15 @@ bool risen(CInstance* self)
     return self->var(y) <= riseEnd;
 }
 
+// UNTIL THE MAIN MENU STANDS: the confirm key, or a click on its first row, 230 by 50 pixels.
+bool first_row_taken(CInstance* self)
+{
+    if (menu_confirmed(self)) return true;
+    const double besides = std::fabs(mouse_x - room_width / 2);
+    const double below = mouse_y - (room_height / 2 - 10);
+    return mouse_check_button_pressed(1) && besides <= 115 && below >= 0 && below < 50;
+}
+
 void bring_main_menu()
 {
     instance_create(room_width - 75, 15, oConfiguracoes);
@@ -68,8 +77,17 @@ void vxl_Object_oTitulo_Create(CInstance* self, CInstance* other)
 void vxl_Object_oTitulo_Step(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    // UNTIL THE MAIN MENU STANDS: its confirm key leads straight to the first level.
-    if (passaTela && menu_confirmed(self) && !fading(self)) fade_to(room_level1);
+    // UNTIL THE MAIN MENU STANDS: its first row leads straight to the first level.
+    if (passaTela && first_row_taken(self) && !fading(self)) fade_to(room_level1);
+}
+
+// UNTIL THE MAIN MENU STANDS: its first row alone.
+void vxl_Object_oMenuNovo_Draw(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    const double left = room_width / 2 - 115, top = room_height / 2 - 10;
+    draw_sprite(self, sStart, idioma == "ingles" ? 0 : 1, left, top);
+    draw_sprite(self, sSelecionaMenu, 4, left, top);
 }
 
 void vxl_Object_oTitulo_Other_AnimationEnd(CInstance* self, CInstance* other)

@@ -122,6 +122,15 @@ TEST(Title, EachGlobalIsSetByTheFirstThatNeedsIt)
     EXPECT_EQ(stage.global_text("gameType"), "normal");
 }
 
+TEST(Title, AClickOnTheFirstRowStartsAndOneBesideItDoesNot)
+{
+    Stage stage(Saved(kChosen));
+    stage.room("room_titulo").frames(150).click(427, 300);
+    EXPECT_EQ(stage.count(oTransicao), 0);
+    stage.click(427, 250).frames(80);
+    EXPECT_EQ(stage.room_name(), "room_level1");
+}
+
 TEST(Title, TheSoundIsOnByDefault)
 {
     Stage stage;
