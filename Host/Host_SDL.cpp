@@ -200,14 +200,30 @@ bool MakePicture(int32_t width, int32_t height)
     return g_window.texture != nullptr;
 }
 
-// The window's own surface, where the display server shows plain pixels.
+bool StretchOnto(SDL_Surface* surface, const uint32_t* pixels, int32_t width, int32_t height,
+                 int32_t pitch)
+{
+    SDL_Surface* picture = SDL_CreateRGBSurfaceWithFormatFrom(
+        const_cast<uint32_t*>(pixels), width, height, 32, pitch, SDL_PIXELFORMAT_RGB888);
+    if (!picture) return false;
+    const bool done = SDL_BlitScaled(picture, nullptr, surface, nullptr) == 0;
+    SDL_FreeSurface(picture);
+    return done;
+}
+
+// The window's own surface, where the display server shows plain pixels. While a new size
+// settles the picture has the old one and is stretched: a renderer would do that too, but
+// SDL takes the window away under the user's hands to make one.
 bool PresentOnSurface(const uint32_t* pixels, int32_t width, int32_t height, int32_t pitch)
 {
     SDL_Surface* surface = SDL_GetWindowSurface(g_window.window);
-    if (!surface || surface->w != width || surface->h != height) return false;
-    if (SDL_ConvertPixels(width, height, SDL_PIXELFORMAT_RGB888, pixels, pitch,
-                          surface->format->format, surface->pixels, surface->pitch) != 0)
+    if (!surface) return false;
+    if (surface->w != width || surface->h != height) {
+        if (!StretchOnto(surface, pixels, width, height, pitch)) return false;
+    } else if (SDL_ConvertPixels(width, height, SDL_PIXELFORMAT_RGB888, pixels, pitch,
+                                 surface->format->format, surface->pixels, surface->pitch) != 0) {
         return false;
+    }
     return SDL_UpdateWindowSurface(g_window.window) == 0;
 }
 
