@@ -11,7 +11,8 @@
 #include "Files/Base/Console.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Bitmap.h"
-#include "Files/Graphics_API/Device_Soft.h"
+#include "Files/Graphics/Window.h"
+#include "Files/Graphics_API/Device.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
 #include "Files/Room/Room_Main.h"
@@ -286,12 +287,12 @@ double Stage::variable(CInstance* instance, const char* name) const
 Picture Stage::picture() const
 {
     Picture picture;
-    int32_t width = 0, height = 0;
-    const uint32_t* pixels = Device_Soft_BackBuffer(&width, &height);
-    if (!pixels) return picture;
-    picture.width = width;
-    picture.height = height;
-    picture.pixels.assign(pixels, pixels + static_cast<size_t>(width) * height);
+    if (!g_Device) return picture;
+    picture.width = g_Display.backbufferWidth;
+    picture.height = g_Display.backbufferHeight;
+    picture.pixels.resize(static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height));
+    g_Device->ReadPixels(nullptr, {0, 0, picture.width, picture.height}, picture.pixels.data(),
+                         picture.width * 4);
     return picture;
 }
 
