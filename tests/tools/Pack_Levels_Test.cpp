@@ -8,6 +8,8 @@
 #include <set>
 
 #include "tests/tools/Pack_Game.h"
+#include "tools/pack/Pages.h"
+#include "tools/pack/Pictures.h"
 #include "tools/pack/Tiles.h"
 
 using namespace pack;
@@ -173,47 +175,145 @@ TEST(PackTiles, GroundLiesUnderEveryCellAndWallsFollowTheirShape)
         EXPECT_GE(room.tiles.size(), 175U);
         EXPECT_LE(room.tiles.size(), 235U);
     }
-    // The room's corners in level 1, in the 16 shapes from (0, 52) on: north 1, east 2,
-    // south 4, west 8.
-    std::map<std::pair<int, int>, int> shapes;
+    // The room's corners in level 1, by their place among the 47 shapes.
+    std::map<std::pair<int, int>, int> places;
     for (const archive::RoomTile& tile : game.Room("room_level1").tiles) {
-        if (tile.depth == 999999) {
-            shapes[{tile.x, tile.y}] = (tile.sourceY / kCell - 1) * 8 + tile.sourceX / kCell;
-        }
+        const int place = (tile.sourceY / kCell - 4) * 8 + tile.sourceX / kCell;
+        if (tile.depth == 999999 && place < 48) places[{tile.x, tile.y}] = place;
     }
-    EXPECT_EQ(shapes.at({104, 52}), 2 + 4);
-    EXPECT_EQ(shapes.at({104, 364}), 1 + 2);
-    EXPECT_EQ(shapes.at({676, 364}), 1 + 8);
-    EXPECT_EQ(shapes.at({676, 208}), 1 + 4);
-    EXPECT_EQ(shapes.at({364, 52}), 1 + 2 + 8) << "the wall goes up to the gate's post";
-    EXPECT_EQ(shapes.count({416, 52}), 0U) << "no wall under the gate";
+    EXPECT_EQ(places.at({104, 52}), Tiles_WallPlace(2 + 4));
+    EXPECT_EQ(places.at({104, 364}), Tiles_WallPlace(1 + 2));
+    EXPECT_EQ(places.at({676, 364}), Tiles_WallPlace(1 + 8));
+    EXPECT_EQ(places.at({364, 52}), Tiles_WallPlace(1 + 2 + 8)) << "up to the gate's post";
+    EXPECT_EQ(places.count({416, 52}), 0U) << "no wall under the gate";
 }
 
-TEST(PackTiles, SceneryKeepsOffTheFieldAndWaitsForItsPicture)
+// Each of the 47 shapes has a place of its own; a corner counts between joined sides only.
+TEST(PackTiles, WallShapesHaveTheirPlaces)
 {
-    const Game& game = Game::Get();
-    std::vector<TileSet> sets =
-        TileSets_Parse(game.tables, Table_Read(CONTENT_FOLDER, "tilesets.txt"));
-    const std::string file = "levels/level008.txt";
-    Level level =
-        Level_Parse(game.tables, file, File_Text(std::string(CONTENT_FOLDER) + "/" + file, file));
-    std::vector<std::vector<bool>> floor = Level_Floor(level);
-    int pieces = 0;
-    for (const archive::RoomTile& tile : Tiles_Lay(sets, level, [](int) { return true; })) {
-        if (tile.depth != -10) continue;
-        ++pieces;
-        for (int y = tile.y; y < tile.y + tile.height; y += kCell) {
-            for (int x = tile.x; x < tile.x + tile.width; x += kCell) {
-                int row = (y - kMapTop) / kCell, column = x / kCell;
-                bool drawn = row >= 0 && row < static_cast<int>(floor.size()) && column >= 0 &&
-                             column < static_cast<int>(floor[0].size());
-                EXPECT_FALSE(drawn && floor[static_cast<size_t>(row)][static_cast<size_t>(column)]);
-                EXPECT_FALSE(x >= 0 && level.Wall(column, row));
-            }
+    std::set<int> places;
+    for (unsigned shape = 0; shape < 256; ++shape) places.insert(Tiles_WallPlace(shape));
+    EXPECT_EQ(places.size(), 47U);
+    EXPECT_EQ(*places.rbegin(), 46);
+    EXPECT_EQ(Tiles_WallPlace(0), 0);
+    EXPECT_EQ(Tiles_WallPlace(3 + 16), Tiles_WallPlace(3) + 1);
+    EXPECT_EQ(Tiles_WallPlace(5 + 16), Tiles_WallPlace(5));
+    EXPECT_EQ(Tiles_WallPlace(255), 46);
+}
+
+// ---- scenery
+
+namespace {
+
+struct Area {
+    int left, top, right, bottom;
+};
+
+// What a level room shows of the puzzle: floor, gate and corridor on screen.
+std::vector<Area> Field(const Level& level)
+{
+    std::vector<Area> cells;
+    const std::vector<std::vector<bool>> floor = Level_Floor(level);
+    for (int row = -kMapTop / kCell; row < static_cast<int>(floor.size()); ++row) {
+        for (int column = 0; column < static_cast<int>(floor[0].size()); ++column) {
+            if (!floor[static_cast<size_t>(row)][static_cast<size_t>(column)]) continue;
+            const int x = column * kCell, y = kMapTop + row * kCell;
+            cells.push_back({x, y, x + kCell, y + kCell});
         }
     }
-    EXPECT_GT(pieces, 5);
-    for (const archive::RoomTile& tile : Tiles_Lay(sets, level, [](int) { return false; })) {
-        EXPECT_NE(tile.depth, -10);
+    return cells;
+}
+
+// How far an area reaches into a cell of the field from below, pixels; the whole cell
+// where it covers more than a strip.
+int Hidden(const Area& area, const std::vector<Area>& field)
+{
+    int most = 0;
+    for (const Area& cell : field) {
+        if (area.left >= cell.right || area.right <= cell.left) continue;
+        if (area.top >= cell.bottom || area.bottom <= cell.top) continue;
+        most = std::max(most, cell.bottom - area.top);
     }
+    return most;
+}
+
+constexpr int kPeep = 16;  // pixels of a cell that the thing in front of it may hide
+
+}  // namespace
+
+// Neither a tile in front nor an object beside or within the walls hides a cell of the
+// field, but for the strip that a box hides too. Clouds and weather drift over all.
+TEST(PackScenery, NothingHidesTheField)
+{
+    const Game& game = Game::Get();
+    std::map<std::string, Area> drawn;  // the drawn part of each scenery object, from its origin
+    PictureLibrary library;
+    std::string error;
+    ASSERT_TRUE(Pictures_Load(std::string(CONTENT_FOLDER) + "/art", library, error)) << error;
+    const std::vector<SceneryRow> rows =
+        Scenery_Parse(game.tables, Table_Read(CONTENT_FOLDER, "scenery.txt"));
+    for (const SceneryRow& row : rows) {
+        if (row.stand == Stand::sky) continue;
+        const ObjectRow& object = game.tables.objects[static_cast<size_t>(row.object)];
+        const SpriteRow& sprite =
+            game.tables.sprites[static_cast<size_t>(object.object.spriteIndex)];
+        std::vector<Image> images;
+        ASSERT_TRUE(Pictures_Render(library, sprite.sprite.name, row.width, row.height,
+                                    sprite.frames, images, error))
+            << error;
+        Area box{};
+        Pages_Box(images, box.left, box.top, box.right, box.bottom);
+        drawn[object.object.name] = {box.left - row.originX, box.top - row.originY,
+                                     box.right + 1 - row.originX, box.bottom + 1 - row.originY};
+    }
+    for (const RoomRow& row : game.tables.rooms) {
+        const std::string file = "levels/" + row.level + ".txt";
+        if (row.level.empty() || !std::filesystem::exists(CONTENT_FOLDER "/" + file)) continue;
+        const std::vector<Area> field =
+            Field(Level_Parse(game.tables, file, File_Text(CONTENT_FOLDER "/" + file, file)));
+        const archive::Room& room = game.Room(row.name);
+        for (const archive::RoomTile& tile : room.tiles) {
+            if (tile.depth > 0) continue;
+            const Area area{tile.x, tile.y, tile.x + tile.width, tile.y + tile.height};
+            EXPECT_EQ(Hidden(area, field), 0) << row.name << " " << tile.x << "," << tile.y;
+        }
+        for (const archive::RoomInstance& i : room.instances) {
+            const std::string& name =
+                game.tables.objectNames.List()[static_cast<size_t>(i.objectIndex)];
+            const auto found = drawn.find(name);
+            if (found == drawn.end()) continue;
+            const Area& box = found->second;
+            const Area area{i.x + box.left, i.y + box.top, i.x + box.right, i.y + box.bottom};
+            EXPECT_LE(Hidden(area, field), kPeep)
+                << row.name << " " << name << " " << i.x << "," << i.y;
+        }
+    }
+}
+
+// Counts and rooms are those of the table; with all levels there, nothing is short.
+TEST(PackScenery, EachObjectStandsInItsRoomsAndInItsNumber)
+{
+    const Game& game = Game::Get();
+    for (const SceneryRow& row :
+         Scenery_Parse(game.tables, Table_Read(CONTENT_FOLDER, "scenery.txt"))) {
+        int found = 0, rooms = 0;
+        for (const archive::Room& room : game.built.content.rooms) {
+            const auto here = std::count_if(
+                room.instances.begin(), room.instances.end(),
+                [&](const archive::RoomInstance& i) { return i.objectIndex == row.object; });
+            found += static_cast<int>(here);
+            const size_t digits = room.name.find_last_not_of("0123456789") + 1;
+            const int number = std::atoi(room.name.c_str() + digits);
+            const bool level = room.name.rfind("room_level", 0) == 0;
+            const bool page = room.name.rfind("room_menu", 0) == 0;
+            const bool listed =
+                (level && row.levels.count(number) != 0) || (page && row.pages.count(number) != 0);
+            EXPECT_TRUE(listed || here == 0) << room.name;
+            if (listed && !room.instances.empty()) ++rooms;
+        }
+        const int all = static_cast<int>(row.levels.size() + row.pages.size());
+        EXPECT_EQ(found, row.count * rooms / all)
+            << game.tables.objectNames.List()[static_cast<size_t>(row.object)];
+    }
+    EXPECT_TRUE(game.built.shortages.empty()) << game.built.shortages[0];
 }

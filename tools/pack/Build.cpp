@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "tools/pack/Fonts.h"
 #include "tools/pack/Pages.h"
@@ -180,20 +181,70 @@ archive::Room StartRoom(const RoomRow& row, int codeId)
     return room;
 }
 
-// Adds the instances and the tiles of the room's level, where its file exists.
-void AddLevel(const std::string& folder, const Tables& tables, const std::vector<TileSet>& sets,
-              const std::vector<bool>& drawn, RoomRow& row, archive::Room& room, Built& built)
-{
-    const std::string file = "levels/" + row.level + ".txt";
-    if (!std::filesystem::exists(folder + "/" + file)) {
-        built.emptyLevels.push_back(row.name);
-        return;
+// Levels and pages of the map with the scenery that stands in them.
+class Grounds {
+public:
+    Grounds(const std::string& folder, const Tables& tables, Built& built)
+        : of_(tables.rooms.size(), -1), levels_(tables.rooms.size())
+    {
+        for (size_t i = 0; i < tables.rooms.size(); ++i) {
+            const RoomRow& row = tables.rooms[i];
+            const int number = NumberIn(row.name);
+            if (row.level.empty()) {
+                if (row.name == "room_menu" + std::to_string(number)) {
+                    Keep(i, Site(tables, row, number));
+                }
+                continue;
+            }
+            const std::string file = "levels/" + row.level + ".txt";
+            if (!std::filesystem::exists(folder + "/" + file)) {
+                built.emptyLevels.push_back(row.name);
+                continue;
+            }
+            levels_[i] = Level_Parse(tables, file, File_Text(folder + "/" + file, file));
+            Keep(i, Site(*levels_[i], number));
+        }
+        built.shortages =
+            Scenery_Place(tables, Scenery_Parse(tables, Table_Read(folder, "scenery.txt")), sites_);
     }
-    Level level = Level_Parse(tables, file, File_Text(folder + "/" + file, file));
-    row.instances.insert(row.instances.end(), level.instances.begin(), level.instances.end());
-    room.tiles = Tiles_Lay(sets, level, [&](int background) {
-        return static_cast<bool>(drawn[static_cast<size_t>(background)]);
-    });
+
+    const std::optional<Level>& LevelOf(size_t room) const { return levels_[room]; }
+    Site* SiteOf(size_t room)
+    {
+        return of_[room] < 0 ? nullptr : &sites_[static_cast<size_t>(of_[room])];
+    }
+
+private:
+    // The number at the end of a name, 0 without one.
+    static int NumberIn(const std::string& name)
+    {
+        const size_t at = name.find_last_not_of("0123456789") + 1;
+        long long number = 0;
+        Parse_Number(name.substr(at), number);
+        return static_cast<int>(number);
+    }
+
+    void Keep(size_t room, Site site)
+    {
+        of_[room] = static_cast<int>(sites_.size());
+        sites_.push_back(std::move(site));
+    }
+
+    std::vector<int> of_;  // site of each room, -1 without one
+    std::vector<std::optional<Level>> levels_;
+    std::vector<Site> sites_;
+};
+
+archive::RoomInstance MakeInstance(const PlacedInstance& placed, int32_t id)
+{
+    archive::RoomInstance instance;
+    instance.x = placed.x;
+    instance.y = placed.y;
+    instance.objectIndex = placed.object;
+    instance.id = id;
+    instance.scaleX = static_cast<float>(placed.scaleX);
+    instance.scaleY = static_cast<float>(placed.scaleY);
+    return instance;
 }
 
 }  // namespace
@@ -201,22 +252,27 @@ void AddLevel(const std::string& folder, const Tables& tables, const std::vector
 void Build_Rooms(const std::string& folder, const Tables& tables, const CodePlan& plan,
                  const std::vector<bool>& drawn, Built& built)
 {
-    std::vector<TileSet> sets = TileSets_Parse(tables, Table_Read(folder, "tilesets.txt"));
+    const std::vector<TileSet> sets = TileSets_Parse(tables, Table_Read(folder, "tilesets.txt"));
+    Grounds grounds(folder, tables, built);
+    const auto hasPicture = [&](int background) {
+        return static_cast<bool>(drawn[static_cast<size_t>(background)]);
+    };
     archive::Content& content = built.content;
     int32_t instanceId = kFirstInstanceId, tileId = kFirstTileId;
     for (size_t i = 0; i < tables.rooms.size(); ++i) {
-        RoomRow row = tables.rooms[i];
-        archive::Room room = StartRoom(row, plan.rooms[i]);
-        if (!row.level.empty()) AddLevel(folder, tables, sets, drawn, row, room, built);
-        for (const PlacedInstance& placed : row.instances) {
-            archive::RoomInstance instance;
-            instance.x = placed.x;
-            instance.y = placed.y;
-            instance.objectIndex = placed.object;
-            instance.id = instanceId++;
-            instance.scaleX = static_cast<float>(placed.scaleX);
-            instance.scaleY = static_cast<float>(placed.scaleY);
-            room.instances.push_back(instance);
+        archive::Room room = StartRoom(tables.rooms[i], plan.rooms[i]);
+        std::vector<PlacedInstance> instances = tables.rooms[i].instances;
+        const auto append = [&](const std::vector<PlacedInstance>& more) {
+            instances.insert(instances.end(), more.begin(), more.end());
+        };
+        Site* site = grounds.SiteOf(i);
+        if (const std::optional<Level>& level = grounds.LevelOf(i)) {
+            append(level->instances);
+            room.tiles = Tiles_Lay(sets, *level, *site, hasPicture);
+        }
+        if (site) append(site->placed);
+        for (const PlacedInstance& placed : instances) {
+            room.instances.push_back(MakeInstance(placed, instanceId++));
         }
         for (archive::RoomTile& tile : room.tiles) tile.id = tileId++;
         content.rooms.push_back(std::move(room));

@@ -14,10 +14,11 @@ struct Built {
     archive::Content content;
     std::vector<std::string> placeholders;  // sprites and backgrounds without a drawing
     std::vector<std::string> emptyLevels;   // rooms whose level file does not exist yet
+    std::vector<std::string> shortages;     // scenery that found too little room
 };
 
-// Fills the archive's content from the tables and from levels/, art/ and tilesets.txt in
-// `folder`. Throws ContentError, or std::runtime_error with "file:line: what was
+// Fills the archive's content from the tables and from levels/, art/, tilesets.txt and
+// scenery.txt in `folder`. Throws ContentError, or std::runtime_error with "file:line: what was
 // expected" from the pictures.
 Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan);
 

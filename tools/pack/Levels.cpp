@@ -150,16 +150,12 @@ void ReadHead(const Tables& tables, const Row& row, Level& level)
     } else if (row.name == "weather") {
         level.rain = row.Flag("rain");
         if (!level.rain && !row.Flag("sun")) row.Fail("expected weather sun or weather rain");
-    } else if (row.name == "inner") {
-        std::vector<std::string> words = row.Words();
-        if (words.size() != 1) row.Fail("expected an object behind inner");
-        level.inner = tables.objectNames.Need(row, words[0], "object");
     } else if (row.name == "solution") {
         ReadSolution(row, level);
     } else if (row.name == "instances") {
         for (const Row& line : row.rows) level.instances.push_back(ReadInstance(tables, line));
     } else {
-        row.Fail("expected title, world, seed, weather, inner, map, solution or instances");
+        row.Fail("expected title, world, seed, weather, map, solution or instances");
     }
     row.Done();
 }
@@ -212,12 +208,6 @@ void PlaceMap(const Tables& tables, Level& level)
     placer.PlaceAll(level.world == 1 ? "oFechado" : "oFechado2", ".*+");
     for (const Run& run : Level_Runs(level)) {
         placer.Place("oWall", CellX(run.column), CellY(run.row), run.columns, run.rows);
-    }
-    if (level.inner >= 0) {
-        const char* inner = tables.objectNames.List()[static_cast<size_t>(level.inner)].c_str();
-        for (auto [row, column] : Cells(level, "#")) {
-            if (level.Lone(column, row)) placer.Place(inner, CellX(column), CellY(row));
-        }
     }
     placer.Place(level.rain ? "oChuva" : "oRaiosDeSol", 0, 0);
     placer.Place("oClock", 0, 0);

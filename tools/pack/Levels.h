@@ -24,7 +24,6 @@ struct Level {
     int world = 1;      // 1 to 5
     uint32_t seed = 0;  // of the choice among equal tiles
     bool rain = false;  // else sun rays
-    int inner = -1;     // object shown on lone wall cells, -1 for wall tiles
     std::vector<std::string> map;
     int mapLine = 0;                        // line of the map's first row in the file
     std::string solution;                   // one of W, A, S, D a step
@@ -33,7 +32,7 @@ struct Level {
     // The character of a cell; a blank outside the drawing. Row 0 is y = -104.
     char At(int column, int row) const;
     bool Wall(int column, int row) const { return At(column, row) == '#'; }
-    // A wall cell that joins no other and no gate: `inner` stands on it.
+    // A wall cell that joins no other and no gate: scenery may stand on it.
     bool Lone(int column, int row) const;
 };
 

@@ -17,7 +17,8 @@ constexpr const char* kHelp =
     "  --archive FILE    write the archive\n"
     "  --generated DIR   write Names.h, Builtins.h and CodeTable.cpp\n"
     "  --list            print what is still to come: `placeholder` pictures, `later`\n"
-    "                    functions, `empty` levels, and a count of each kind of record\n"
+    "                    functions, `empty` levels, `short` scenery, and a count of each\n"
+    "                    kind of record\n"
     "An error in the content stops it with file, line and what was expected.\n";
 
 struct Arguments {
@@ -70,6 +71,7 @@ void List(const pack::Built& built, const pack::CodePlan& plan)
         std::printf("placeholder %s\n", name.c_str());
     for (const std::string& name : plan.later) std::printf("later %s\n", name.c_str());
     for (const std::string& name : built.emptyLevels) std::printf("empty %s\n", name.c_str());
+    for (const std::string& line : built.shortages) std::printf("short %s\n", line.c_str());
     std::printf(
         "objects %zu, sprites %zu, backgrounds %zu, sounds %zu, fonts %zu, scripts %zu, "
         "rooms %zu, pages %zu, code rows %zu\n",

@@ -9,27 +9,26 @@ constexpr int kGroundDepth = 1000000, kWallDepth = 999999, kSceneryDepth = -10;
 constexpr int kColumns = (kRoomWidth + kCell - 1) / kCell;  // on screen, the last one cut
 constexpr int kRows = (kRoomHeight + kCell - 1) / kCell;
 constexpr int kFirstRow = -kMapTop / kCell;  // map row of y = 0
-constexpr int kTreeTries = 60, kTrees = 7, kBushTries = 60, kBushes = 9;
+constexpr int kTrees = 7, kBushes = 9;       // pieces in front of a room at most
+constexpr int kMostTiles = 235;              // of a room
+constexpr int kWallShapes = 47;
 
-// A fixed scatter of a cell's choices: the mixing steps of MurmurHash3 (Austin
-// Appleby).
-uint32_t Scatter(uint32_t seed, int column, int row, uint32_t salt)
-{
-    uint32_t h = seed * 0x9E3779B1U + salt;
-    for (uint32_t part : {static_cast<uint32_t>(column + 64), static_cast<uint32_t>(row + 64)}) {
-        h ^= part * 0xCC9E2D51U;
-        h ^= h >> 16;
-        h *= 0x85EBCA6BU;
-        h ^= h >> 13;
-        h *= 0xC2B2AE35U;
-        h ^= h >> 16;
-    }
-    return h;
-}
+// Neighbours of a wall cell: the four sides, then the corners between two joined sides.
+constexpr unsigned kNorth = 1, kEast = 2, kSouth = 4, kWest = 8;
+constexpr unsigned kNorthEast = 16, kSouthEast = 32, kSouthWest = 64, kNorthWest = 128;
+struct Corner {
+    unsigned corner, sides;
+    int column, row;  // from the cell
+};
+constexpr Corner kCorners[] = {{kNorthEast, kNorth | kEast, 1, -1},
+                               {kSouthEast, kEast | kSouth, 1, 1},
+                               {kSouthWest, kSouth | kWest, -1, 1},
+                               {kNorthWest, kNorth | kWest, -1, -1}};
 
 class Layer {
 public:
-    Layer(const std::vector<TileSet>& sets, const Level& level) : sets_(sets), level_(level)
+    Layer(const std::vector<TileSet>& sets, const Level& level, Site& site)
+        : sets_(sets), level_(level), site_(site)
     {
         floor_ = Level_Floor(level);
         ground_ = Find(kCell, kCell);
@@ -44,8 +43,9 @@ public:
         for (int row = 0; row < kRows; ++row) {
             for (int column = 0; column < kColumns; ++column) LayWall(column, row + kFirstRow);
         }
-        LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTreeTries, kTrees, 3);
-        LayPieces(Find(kCell, 2 * kCell), drawn, kBushTries, kBushes, 5);
+        if (Room() < 0) SpareGround();
+        LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTrees, 3);
+        LayPieces(Find(kCell, 2 * kCell), drawn, kBushes, 5);
         return std::move(tiles_);
     }
 
@@ -126,76 +126,111 @@ private:
             use = "path";
         } else if (level_.At(column, row - 1) == 'G') {
             use = "mat";
+        } else if (const unsigned shape = Edge(column, row)) {
+            Add(*ground_, Nth("edge", static_cast<int>(shape)), column, row, kGroundDepth);
+            return;
         }
         Add(*ground_, Choose(use, column, row), column, row, kGroundDepth);
     }
 
-    void LayWall(int column, int row)
+    // The sides of a floor cell that lie at a wall; a lone wall throws no border.
+    unsigned Edge(int column, int row) const
     {
-        if (!level_.Wall(column, row)) return;
-        if (level_.inner >= 0 && level_.Lone(column, row)) return;
-        // A gate stands between posts: the wall goes up to it from both sides.
-        auto joins = [&](int c, int r) { return level_.Wall(c, r); };
-        auto joinsSide = [&](int c, int r) { return level_.Wall(c, r) || level_.At(c, r) == 'G'; };
-        int shape = (joins(column, row - 1) ? 1 : 0) + (joinsSide(column + 1, row) ? 2 : 0) +
-                    (joins(column, row + 1) ? 4 : 0) + (joinsSide(column - 1, row) ? 8 : 0);
-        TileCell first = ground_->cells.at("wall")[0];
-        int place = first.row * ground_->columns + first.column + shape;
-        Add(*ground_, {place % ground_->columns, place / ground_->columns}, column, row,
-            kWallDepth);
+        if (!Floor(column, row)) return 0;
+        const auto wall = [&](int c, int r) { return Body(c, r) && !level_.Lone(c, r); };
+        unsigned sides = 0;
+        if (wall(column, row - 1)) sides |= kNorth;
+        if (wall(column + 1, row)) sides |= kEast;
+        if (wall(column, row + 1)) sides |= kSouth;
+        if (wall(column - 1, row)) sides |= kWest;
+        return sides;
     }
 
-    // Scenery stands where all of its cells lie beyond the walls, and on none twice.
-    void LayPieces(const TileSet* set, const std::function<bool(int)>& drawn, int tries, int most,
+    // A wall cell that shows as a wall: no object stands there in its place.
+    bool Body(int column, int row) const
+    {
+        return level_.Wall(column, row) && !site_.At(column, row).taken;
+    }
+
+    // The cell `number` places behind the first of a use, in reading order.
+    TileCell Nth(const std::string& use, int number) const
+    {
+        const TileCell first = ground_->cells.at(use)[0];
+        const int place = first.row * ground_->columns + first.column + number;
+        return {place % ground_->columns, place / ground_->columns};
+    }
+
+    unsigned WallShape(int column, int row) const
+    {
+        // A gate stands between posts: the wall goes up to it from both sides.
+        const auto joins = [&](int c) { return Body(c, row) || level_.At(c, row) == 'G'; };
+        unsigned shape = 0;
+        if (Body(column, row - 1)) shape |= kNorth;
+        if (joins(column + 1)) shape |= kEast;
+        if (Body(column, row + 1)) shape |= kSouth;
+        if (joins(column - 1)) shape |= kWest;
+        for (const Corner& corner : kCorners) {
+            const bool sides = (shape & corner.sides) == corner.sides;
+            if (sides && Body(column + corner.column, row + corner.row)) shape |= corner.corner;
+        }
+        return shape;
+    }
+
+    void LayWall(int column, int row)
+    {
+        if (!Body(column, row)) return;
+        const unsigned shape = WallShape(column, row);
+        const auto others = ground_->cells.find("other-" + std::to_string(shape));
+        const uint32_t number = Scatter(level_.seed, column, row, 2);
+        TileCell cell = Nth("wall", Tiles_WallPlace(shape));
+        if (others != ground_->cells.end() && number % 4 == 0) {
+            cell = others->second[number / 4 % others->second.size()];
+        }
+        if (shape == kAllJoined) solid_.push_back({column, row});
+        Add(*ground_, cell, column, row, kWallDepth);
+    }
+
+    int Room() const { return kMostTiles - static_cast<int>(tiles_.size()); }
+
+    // No ground under walls that fill their cell, where a room has too many tiles.
+    void SpareGround()
+    {
+        std::erase_if(tiles_, [&](const archive::RoomTile& tile) {
+            return tile.depth == kGroundDepth &&
+                   std::any_of(solid_.begin(), solid_.end(), [&](TileCell cell) {
+                       return tile.x == cell.column * kCell && tile.y == kMapTop + cell.row * kCell;
+                   });
+        });
+    }
+
+    void LayPieces(const TileSet* set, const std::function<bool(int)>& drawn, int most,
                    uint32_t salt)
     {
         if (!set || !drawn(set->background)) return;
-        int width = set->cellWidth / kCell, height = set->cellHeight / kCell;
         const std::vector<TileCell>& pieces = set->cells.at("piece");
-        std::vector<TileCell> found;
-        for (int i = 0; i < tries && static_cast<int>(found.size()) < most; ++i) {
-            uint32_t number = Scatter(level_.seed, i, 0, salt);
-            int column = static_cast<int>(number % (kColumns + 1)) - 1;
-            int row = static_cast<int>(number / 64 % (kRows + 1)) + kFirstRow - height + 1;
-            if (!Free(column, row, width, height)) continue;
-            Take(column, row, width, height);
-            found.push_back({column, row});
-        }
-        // Nearer pieces cover farther ones.
-        std::stable_sort(found.begin(), found.end(),
-                         [](TileCell a, TileCell b) { return a.row < b.row; });
-        for (TileCell at : found) {
+        for (PiecePlace at : Scenery_Pieces(site_, set->cellWidth / kCell, set->cellHeight / kCell,
+                                            std::clamp(Room(), 0, most), salt)) {
             uint32_t number = Scatter(level_.seed, at.column, at.row, salt + 1);
             Add(*set, pieces[number % pieces.size()], at.column, at.row, kSceneryDepth);
         }
     }
 
-    bool Free(int column, int row, int width, int height) const
-    {
-        for (int r = row; r < row + height; ++r) {
-            for (int c = column; c < column + width; ++c) {
-                bool taken = std::any_of(taken_.begin(), taken_.end(), [&](TileCell cell) {
-                    return cell.column == c && cell.row == r;
-                });
-                if (taken || !Outside(c, r)) return false;
-            }
-        }
-        return true;
-    }
-
-    // Only the foot is taken, so that crowns overlap.
-    void Take(int column, int row, int width, int height)
-    {
-        for (int c = column; c < column + width; ++c) taken_.push_back({c, row + height - 1});
-    }
+    static constexpr unsigned kAllJoined = 255;
 
     const std::vector<TileSet>& sets_;
     const Level& level_;
+    Site& site_;
     const TileSet* ground_ = nullptr;
     std::vector<std::vector<bool>> floor_;
-    std::vector<TileCell> taken_;
+    std::vector<TileCell> solid_;  // walls that fill their cell
     std::vector<archive::RoomTile> tiles_;
 };
+
+// Uses whose first cell stands for several in reading order.
+int Following(const std::string& use)
+{
+    return use == "wall" ? kWallShapes : use == "edge" ? 16 : 1;
+}
 
 void ReadUse(const Row& row, TileSet& set)
 {
@@ -210,11 +245,11 @@ void ReadUse(const Row& row, TileSet& set)
         set.cells[row.name].push_back(cell);
     }
     if (set.cells[row.name].empty()) row.Fail("expected cells behind " + row.name);
-    if (row.name == "wall") {
-        TileCell first = set.cells["wall"][0];
-        if (first.row * set.columns + first.column + 16 > set.columns * set.rows) {
-            row.Fail("expected room for 16 cells from the first wall cell on");
-        }
+    const TileCell first = set.cells[row.name][0];
+    const int following = Following(row.name);
+    if (first.row * set.columns + first.column + following > set.columns * set.rows) {
+        row.Fail("expected room for " + std::to_string(following) + " cells from the first " +
+                 row.name + " cell on");
     }
 }
 
@@ -222,7 +257,7 @@ void NeedUses(const Row& row, const TileSet& set)
 {
     bool ground = set.cellWidth == kCell && set.cellHeight == kCell;
     std::vector<const char*> uses{"piece"};
-    if (ground) uses = {"ground", "outside", "path", "mat", "wall"};
+    if (ground) uses = {"ground", "outside", "path", "mat", "edge", "wall"};
     for (const char* use : uses) {
         if (!set.cells.count(use)) row.Fail(std::string("expected cells for ") + use);
     }
@@ -253,10 +288,29 @@ std::vector<TileSet> TileSets_Parse(const Tables& tables, const std::vector<Row>
     return sets;
 }
 
+int Tiles_WallPlace(unsigned shape)
+{
+    const auto corners = [](unsigned sides) {
+        int count = 0;
+        for (const Corner& corner : kCorners) count += (sides & corner.sides) == corner.sides;
+        return count;
+    };
+    const unsigned sides = shape & 15;
+    int place = 0, bit = 1;
+    for (unsigned before = 0; before < sides; ++before) place += 1 << corners(before);
+    for (const Corner& corner : kCorners) {
+        if ((sides & corner.sides) != corner.sides) continue;
+        if (shape & corner.corner) place += bit;
+        bit *= 2;
+    }
+    return place;
+}
+
 std::vector<archive::RoomTile> Tiles_Lay(const std::vector<TileSet>& sets, const Level& level,
+                                         Site& site,
                                          const std::function<bool(int background)>& drawn)
 {
-    return Layer(sets, level).Lay(drawn);
+    return Layer(sets, level, site).Lay(drawn);
 }
 
 }  // namespace pack

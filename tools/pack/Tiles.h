@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/pack/Levels.h"
+#include "tools/pack/Scenery.h"
 
 namespace pack {
 
@@ -24,9 +24,17 @@ struct TileSet {
 
 std::vector<TileSet> TileSets_Parse(const Tables& tables, const std::vector<Row>& rows);
 
-// The tiles of a level, without ids. `drawn` tells whether a background has a picture;
-// scenery of one that has none is left out.
+// The place of a wall's shape among the 47 of a tile set. Shape: 1 (north) + 2 (east) +
+// 4 (south) + 8 (west), and for the corner between two joined sides 16 (north-east) +
+// 32 (south-east) + 64 (south-west) + 128 (north-west) where it is wall too. Ordered by
+// sides, then by corners.
+int Tiles_WallPlace(unsigned shape);
+
+// The tiles of a level, without ids. `site` is the level's, with its objects placed;
+// takes the feet of what stands in front. `drawn` tells whether a background has a
+// picture; scenery of one that has none is left out.
 std::vector<archive::RoomTile> Tiles_Lay(const std::vector<TileSet>& sets, const Level& level,
+                                         Site& site,
                                          const std::function<bool(int background)>& drawn);
 
 }  // namespace pack

@@ -1,0 +1,347 @@
+#include "tools/pack/Scenery.h"
+
+#include <algorithm>
+
+namespace pack {
+namespace {
+
+constexpr int kReach = 16;    // pixels that a thing may reach over the cell behind it
+constexpr int kSkyBand = 60;  // pixels: clouds drift within a band this high at an edge
+constexpr int kPieceTries = 90;
+
+constexpr int CellsIn(int pixels)
+{
+    return (pixels + kCell - 1) / kCell;
+}
+
+int BottomOf(int row)
+{
+    return kMapTop + (row + 1) * kCell;
+}
+
+// Finds the place of one more instance of a row in a site.
+class Placer {
+public:
+    Placer(const SceneryRow& row, Site& site)
+        : row_(row),
+          site_(site),
+          columns_(CellsIn(row.width)),
+          stands_(row.stand == Stand::inner ? 1 : CellsIn(row.height - kReach))
+    {
+    }
+
+    bool PlaceOne(int index)
+    {
+        if (row_.stand == Stand::sky) return PlaceCloud(index);
+        int bestRank = kNowhere, bestColumn = 0, bestRow = 0;
+        uint32_t bestOrder = 0;
+        for (int row = 0; row < Site::kBottom; ++row) {
+            for (int column = Site::kLeft; column < Site::kRight; ++column) {
+                const int rank = Seen(column, row) ? Rank(column, row) : kNowhere;
+                const uint32_t order =
+                    Scatter(site_.Seed(), column, row, 100 + static_cast<uint32_t>(row_.object));
+                if (rank > bestRank || (rank == bestRank && order >= bestOrder)) continue;
+                if (rank == kNowhere) continue;
+                bestRank = rank, bestOrder = order, bestColumn = column, bestRow = row;
+            }
+        }
+        if (bestRank == kNowhere) return false;
+        Settle(bestColumn, bestRow);
+        return true;
+    }
+
+private:
+    static constexpr int kNowhere = 9;  // ranks below it are places, the lowest is the best
+
+    // Its middle is on screen.
+    bool Seen(int column, int row) const
+    {
+        const int x = column * kCell + row_.width / 2, y = BottomOf(row) - row_.height / 2;
+        return x > 0 && x < kRoomWidth && y > 0 && y < kRoomHeight;
+    }
+
+    int Rank(int column, int row) const
+    {
+        switch (row_.stand) {
+            case Stand::inner: {
+                const Site::Cell& cell = site_.At(column, row);
+                if (cell.ground == Site::Ground::lone && !cell.taken) return 0;
+                return RankBeside(column, row);
+            }
+            case Stand::shore:
+                return RankShore(column, row);
+            case Stand::water:
+                return RankWater(column, row);
+            default:
+                return RankBeside(column, row);
+        }
+    }
+
+    // 1 where all of it stands on free ground beyond the walls, 2 where it leans over a
+    // wall or over what stands behind it; nowhere over the field.
+    int RankBeside(int column, int row) const
+    {
+        int rank = 1;
+        for (int c = column; c < column + columns_; ++c) {
+            if (!site_.Free(c, row)) return kNowhere;
+            for (int r = row - CellsIn(row_.height) + 1; r < row; ++r) {
+                const Site::Ground ground = site_.At(c, r).ground;
+                if (ground == Site::Ground::field || ground == Site::Ground::lone) return kNowhere;
+                if (r > row - stands_ && !site_.Free(c, r)) rank = 2;
+            }
+        }
+        return rank;
+    }
+
+    // A shore goes on beside another piece of it first.
+    int RankShore(int column, int row) const
+    {
+        if (!site_.Free(column, row) || !site_.Free(column, row + 1)) return kNowhere;
+        const bool goesOn = site_.At(column - 1, row).water || site_.At(column + 1, row).water;
+        return goesOn ? 1 : 2;
+    }
+
+    int RankWater(int column, int row) const
+    {
+        if (site_.At(column, row).kept) return 0;
+        if (!site_.Free(column, row)) return kNowhere;
+        if (site_.At(column, row - 1).water) return 1;
+        return site_.At(column - 1, row).water || site_.At(column + 1, row).water ? 2 : 3;
+    }
+
+    bool PlaceCloud(int index)
+    {
+        const uint32_t number = Scatter(site_.Seed(), index, row_.object, 7);
+        const int fromEdge = static_cast<int>(number / 1024 % kSkyBand) - kSkyBand / 2;
+        Put(static_cast<int>(number % kRoomWidth),
+            index % 2 == 0 ? fromEdge : kRoomHeight - fromEdge);
+        return true;
+    }
+
+    void Settle(int column, int row)
+    {
+        const bool lone = site_.At(column, row).ground == Site::Ground::lone;
+        for (int c = column; c < column + columns_; ++c) {
+            for (int r = row; r > row - (lone ? 1 : stands_); --r) {
+                Site::Cell& cell = site_.At(c, r);
+                // What leans over a wall does not take its place.
+                cell.taken = cell.taken || cell.ground == Site::Ground::outside || lone;
+            }
+        }
+        const bool wet = row_.stand == Stand::shore || row_.stand == Stand::water;
+        site_.At(column, row).water = wet;
+        site_.At(column, row).kept = false;
+        if (row_.stand == Stand::shore) {
+            site_.At(column, row + 1).taken = true;
+            site_.At(column, row + 1).kept = true;
+        }
+        Put(column * kCell + row_.originX, BottomOf(row) - row_.height + row_.originY);
+    }
+
+    void Put(int x, int y)
+    {
+        PlacedInstance placed;
+        placed.object = row_.object;
+        placed.x = x;
+        placed.y = y;
+        site_.placed.push_back(placed);
+    }
+
+    const SceneryRow& row_;
+    Site& site_;
+    const int columns_, stands_;  // cells that it takes
+};
+
+// "2,4..20"
+std::set<int> Numbers(const Row& row, const std::string& key)
+{
+    std::set<int> numbers;
+    std::string text = row.Text(key, "");
+    while (!text.empty()) {
+        const size_t comma = text.find(',');
+        const std::string part = text.substr(0, comma);
+        text = comma == std::string::npos ? "" : text.substr(comma + 1);
+        const size_t dots = part.find("..");
+        long long first = 0, last = 0;
+        if (!Parse_Number(part.substr(0, dots), first) ||
+            !Parse_Number(dots == std::string::npos ? part : part.substr(dots + 2), last) ||
+            first < 1 || last < first || last > 100) {
+            row.Fail("expected " + key + "= with numbers such as 2,4..20");
+        }
+        for (long long number = first; number <= last; ++number) {
+            numbers.insert(static_cast<int>(number));
+        }
+    }
+    return numbers;
+}
+
+Stand StandOf(const Row& row)
+{
+    if (row.Flag("inner")) return Stand::inner;
+    if (row.Flag("shore")) return Stand::shore;
+    if (row.Flag("water")) return Stand::water;
+    if (row.Flag("sky")) return Stand::sky;
+    return Stand::beside;
+}
+
+// Rows that share their rooms and their size take turns.
+bool TakeTurns(const SceneryRow& a, const SceneryRow& b)
+{
+    return a.stand == b.stand && a.levels == b.levels && a.pages == b.pages && a.width == b.width;
+}
+
+}  // namespace
+
+Site::Site(const Level& level, int levelNumber) : number_(levelNumber), seed_(level.seed)
+{
+    const std::vector<std::vector<bool>> floor = Level_Floor(level);
+    for (int row = 0; row < static_cast<int>(floor.size()); ++row) {
+        for (int column = 0; column < static_cast<int>(floor[0].size()); ++column) {
+            Ground& ground = At(column, row).ground;
+            if (level.Wall(column, row)) {
+                ground = level.Lone(column, row) ? Ground::lone : Ground::wall;
+            } else if (floor[static_cast<size_t>(row)][static_cast<size_t>(column)]) {
+                ground = Ground::field;
+            }
+        }
+    }
+}
+
+Site::Site(const Tables& tables, const RoomRow& page, int pageNumber)
+    : page_(true), number_(pageNumber), seed_(1000 + static_cast<uint32_t>(pageNumber))
+{
+    for (const PlacedInstance& thing : page.instances) {
+        const ObjectRow& object = tables.objects[static_cast<size_t>(thing.object)];
+        if (object.object.spriteIndex < 0 || object.object.depth < 0) continue;  // weather
+        const archive::Sprite& sprite =
+            tables.sprites[static_cast<size_t>(object.object.spriteIndex)].sprite;
+        const int left = thing.x - sprite.originX, top = thing.y - sprite.originY;
+        const int right = left + static_cast<int>(sprite.width);
+        const int bottom = top + static_cast<int>(sprite.height);
+        for (int row = 0; row < kBottom; ++row) {
+            for (int column = 0; column < kRight; ++column) {
+                const bool clear = column * kCell >= right || (column + 1) * kCell <= left ||
+                                   BottomOf(row) <= top || BottomOf(row) - kCell >= bottom;
+                if (!clear) At(column, row).ground = Ground::field;
+            }
+        }
+    }
+}
+
+Site::Cell& Site::At(int column, int row)
+{
+    if (column < kLeft || column >= kRight || row < kTop || row >= kBottom) return beyond_ = Cell();
+    return cells_[static_cast<size_t>((row - kTop) * (kRight - kLeft) + column - kLeft)];
+}
+
+bool Site::Free(int column, int row) const
+{
+    const Cell& cell = At(column, row);
+    return cell.ground == Ground::outside && !cell.taken;
+}
+
+std::vector<SceneryRow> Scenery_Parse(const Tables& tables, const std::vector<Row>& rows)
+{
+    std::vector<SceneryRow> out;
+    for (const Row& row : rows) {
+        SceneryRow scenery;
+        scenery.object = tables.objectNames.Need(row, row.name, "object");
+        const int sprite = tables.objects[static_cast<size_t>(scenery.object)].object.spriteIndex;
+        if (sprite < 0) row.Fail("expected an object with a sprite");
+        const archive::Sprite& picture = tables.sprites[static_cast<size_t>(sprite)].sprite;
+        scenery.width = static_cast<int>(picture.width);
+        scenery.height = static_cast<int>(picture.height);
+        scenery.originX = picture.originX;
+        scenery.originY = picture.originY;
+        scenery.levels = Numbers(row, "levels");
+        scenery.pages = Numbers(row, "pages");
+        scenery.count = row.Int("count", 0);
+        scenery.stand = StandOf(row);
+        row.Done();
+        if (scenery.count < 1 || scenery.levels.size() + scenery.pages.size() == 0) {
+            row.Fail("expected levels= or pages=, and count= above 0");
+        }
+        out.push_back(std::move(scenery));
+    }
+    return out;
+}
+
+std::vector<std::string> Scenery_Place(const Tables& tables, const std::vector<SceneryRow>& rows,
+                                       std::vector<Site>& sites)
+{
+    std::vector<int> rest;  // still to place, by row
+    for (const SceneryRow& row : rows) {
+        const auto there = std::count_if(sites.begin(), sites.end(),
+                                         [&](const Site& site) { return row.In(site); });
+        const int rooms = static_cast<int>(row.levels.size() + row.pages.size());
+        rest.push_back(row.count * static_cast<int>(there) / rooms);
+    }
+    std::vector<std::string> shortages;
+    for (size_t first = 0; first < rows.size();) {
+        size_t end = first + 1;
+        while (end < rows.size() && TakeTurns(rows[first], rows[end])) ++end;
+        bool found = true;
+        for (int round = 0; found; ++round) {
+            found = false;
+            for (size_t i = first; i < end; ++i) {
+                for (Site& site : sites) {
+                    if (rest[i] == 0 || !rows[i].In(site)) continue;
+                    if (!Placer(rows[i], site).PlaceOne(round)) continue;
+                    --rest[i];
+                    found = true;
+                }
+            }
+        }
+        for (; first < end; ++first) {
+            if (rest[first] == 0) continue;
+            shortages.push_back(tables.objectNames.List()[static_cast<size_t>(rows[first].object)] +
+                                " finds no " + "place for " + std::to_string(rest[first]) + " of " +
+                                std::to_string(rows[first].count));
+        }
+    }
+    return shortages;
+}
+
+std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt)
+{
+    constexpr int kColumns = CellsIn(kRoomWidth), kRows = CellsIn(kRoomHeight);
+    constexpr int kFirstRow = -kMapTop / kCell;
+    std::vector<PiecePlace> found;
+    for (int i = 0; i < kPieceTries && static_cast<int>(found.size()) < most; ++i) {
+        const uint32_t number = Scatter(site.Seed(), i, 0, salt);
+        const int column = static_cast<int>(number % (kColumns + 1)) - 1;
+        const int row = static_cast<int>(number / 64 % (kRows + 1)) + kFirstRow - rows + 1;
+        bool free = true;
+        for (int r = row; r < row + rows; ++r) {
+            for (int c = column; c < column + columns; ++c) free = free && site.Free(c, r);
+        }
+        if (!free) continue;
+        // Only the foot is taken for now, so that crowns of one kind overlap.
+        for (int c = column; c < column + columns; ++c) site.At(c, row + rows - 1).taken = true;
+        found.push_back({column, row});
+    }
+    for (PiecePlace at : found) {
+        for (int r = at.row; r < at.row + rows; ++r) {
+            for (int c = at.column; c < at.column + columns; ++c) site.At(c, r).taken = true;
+        }
+    }
+    std::stable_sort(found.begin(), found.end(),
+                     [](PiecePlace a, PiecePlace b) { return a.row < b.row; });
+    return found;
+}
+
+uint32_t Scatter(uint32_t seed, int column, int row, uint32_t salt)
+{
+    uint32_t h = seed * 0x9E3779B1U + salt;
+    for (uint32_t part : {static_cast<uint32_t>(column + 64), static_cast<uint32_t>(row + 64)}) {
+        h ^= part * 0xCC9E2D51U;
+        h ^= h >> 16;
+        h *= 0x85EBCA6BU;
+        h ^= h >> 13;
+        h *= 0xC2B2AE35U;
+        h ^= h >> 16;
+    }
+    return h;
+}
+
+}  // namespace pack
