@@ -40,6 +40,7 @@ public:
         Put("variables.txt", "global g\ninstance i\nbuiltin x\nroom room\n");
         Put("functions.txt", "place_free direct\nfloor=floor_real : real (real number)\n");
         Put("tilesets.txt", "\n");
+        Put("scenery.txt", "\n");
     }
     ~Folder() { std::filesystem::remove_all(path_); }
     void Put(const std::string& file, const std::string& text)

@@ -210,7 +210,7 @@ struct Area {
 };
 
 // What a level room shows of the puzzle: floor, gate and corridor on screen.
-std::vector<Area> Field(const Level& level)
+std::vector<Area> FieldOf(const Level& level)
 {
     std::vector<Area> cells;
     const std::vector<std::vector<bool>> floor = Level_Floor(level);
@@ -270,7 +270,7 @@ TEST(PackScenery, NothingHidesTheField)
         const std::string file = "levels/" + row.level + ".txt";
         if (row.level.empty() || !std::filesystem::exists(CONTENT_FOLDER "/" + file)) continue;
         const std::vector<Area> field =
-            Field(Level_Parse(game.tables, file, File_Text(CONTENT_FOLDER "/" + file, file)));
+            FieldOf(Level_Parse(game.tables, file, File_Text(CONTENT_FOLDER "/" + file, file)));
         const archive::Room& room = game.Room(row.name);
         for (const archive::RoomTile& tile : room.tiles) {
             if (tile.depth > 0) continue;

@@ -32,7 +32,7 @@ Tables SmallGame()
 {
     Tables tables;
     Tables_Sprites(tables, Table_Parse("sprites.txt", "sWall size=52x52\nsBox size=52x65\n"));
-    Tables_Backgrounds(tables, Table_Parse("backgrounds.txt", "bGround size=416x208\n"));
+    Tables_Backgrounds(tables, Table_Parse("backgrounds.txt", "bGround size=416x468\n"));
     Tables_Objects(tables, Table_Parse("objects.txt",
                                        "oWall sprite=sWall solid\n"
                                        "oMonte sprite=sBox parent=oWall\n  Step\n"
@@ -122,6 +122,20 @@ TEST(PackErrors, LevelsStopWithLineAndExpectation)
     }
 }
 
+TEST(PackErrors, SceneryNamesAnObjectItsRoomsAndACount)
+{
+    auto read = [](const std::string& text) {
+        return Stops([&] { Scenery_Parse(SmallGame(), Table_Parse("scenery.txt", text)); });
+    };
+    EXPECT_NE(read("oNone levels=1 count=1\n").find(":1: expected an object"), std::string::npos);
+    EXPECT_NE(read("oWall levels=4..2 count=1\n").find("expected levels= with numbers"),
+              std::string::npos);
+    EXPECT_NE(read("oWall levels=1,x count=1\n").find("expected levels= with numbers"),
+              std::string::npos);
+    EXPECT_NE(read("oWall levels=1\n").find("count= above 0"), std::string::npos);
+    EXPECT_NE(read("oWall count=3\n").find("expected levels= or pages="), std::string::npos);
+}
+
 TEST(PackErrors, TileSetsMustFillTheirBackground)
 {
     auto read = [](const std::string& text) {
@@ -130,12 +144,12 @@ TEST(PackErrors, TileSetsMustFillTheirBackground)
     EXPECT_NE(read("bGround cell=52x52 columns=8 rows=3\n").find(":1: expected columns and rows"),
               std::string::npos);
     const std::string head =
-        "bGround cell=52x52 columns=8 rows=4\n  ground 0,0\n  outside 1,0\n"
-        "  path 2,0\n  mat 3,0\n";
+        "bGround cell=52x52 columns=8 rows=9\n  ground 0,0\n  outside 1,0\n"
+        "  path 2,0\n  mat 3,0\n  edge 0,1\n";
     EXPECT_NE(read(head).find("expected cells for wall"), std::string::npos);
-    EXPECT_NE(read(head + "  wall 1,2\n").find(":6: expected room for 16"), std::string::npos);
-    EXPECT_NE(read(head + "  wall 8,0\n").find(":6: expected a cell inside"), std::string::npos);
-    EXPECT_EQ(read(head + "  wall 0,2\n"), "");
+    EXPECT_NE(read(head + "  wall 2,3\n").find(":7: expected room for 47"), std::string::npos);
+    EXPECT_NE(read(head + "  wall 8,0\n").find(":7: expected a cell inside"), std::string::npos);
+    EXPECT_EQ(read(head + "  wall 0,3\n"), "");
 }
 
 // ---- tables
