@@ -151,7 +151,7 @@ TEST(Cutouts, KeysEaseHoldAndLeadRoundALoop)
 // foot that is on the ground must go back by as much, or the figure slides.
 TEST(Cutouts, TheFeetOfTheFiguresDoNotSlide)
 {
-    const fs::path art = fs::path(__FILE__).parent_path() / "../../content/art/figures";
+    const fs::path art = fs::path(CONTENT_FOLDER) / "art/figures";
     const double ground = 4 / 0.3;
     const auto footOf = [&](const std::string& view, const CutoutTable& table,
                             const CutoutAnimation& walk, const std::string& side, int frame) {
