@@ -126,6 +126,14 @@ PlacedInstance ReadInstance(const Tables& tables, const Row& row)
     return placed;
 }
 
+// The words behind the row's name, as one text.
+std::string HeadText(const Row& row)
+{
+    std::string text;
+    for (const std::string& word : row.Words()) text += (text.empty() ? "" : " ") + word;
+    return text;
+}
+
 int HeadNumber(const Row& row)
 {
     std::vector<std::string> words = row.Words();
@@ -139,9 +147,15 @@ int HeadNumber(const Row& row)
 void ReadHead(const Tables& tables, const Row& row, Level& level)
 {
     if (row.name == "title") {
-        for (const std::string& word : row.Words()) {
-            level.title += (level.title.empty() ? "" : " ") + word;
-        }
+        level.title = HeadText(row);
+    } else if (row.name == "made") {
+        level.made = HeadText(row);
+    } else if (row.name == "shortfall") {
+        level.shortfalls.push_back(HeadText(row));
+    } else if (row.name == "optimum") {
+        level.optimum = HeadNumber(row);
+    } else if (row.name == "bound") {
+        level.bound = HeadNumber(row);
     } else if (row.name == "world") {
         level.world = HeadNumber(row);
         if (level.world < 1 || level.world > 5) row.Fail("expected a world from 1 to 5");
@@ -155,7 +169,9 @@ void ReadHead(const Tables& tables, const Row& row, Level& level)
     } else if (row.name == "instances") {
         for (const Row& line : row.rows) level.instances.push_back(ReadInstance(tables, line));
     } else {
-        row.Fail("expected title, world, seed, weather, map, solution or instances");
+        row.Fail(
+            "expected title, world, seed, weather, made, optimum, bound, shortfall, map, "
+            "solution or instances");
     }
     row.Done();
 }

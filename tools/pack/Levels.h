@@ -27,6 +27,10 @@ struct Level {
     std::vector<std::string> map;
     int mapLine = 0;                        // line of the map's first row in the file
     std::string solution;                   // one of W, A, S, D a step
+    std::string made;                       // what vexo-levels made it with, if it did
+    int optimum = 0;                        // pushes, proved to be the fewest; 0 for not
+    int bound = 0;                          // pushes that every solution has at least
+    std::vector<std::string> shortfalls;    // known faults, told by vexo-levels check
     std::vector<PlacedInstance> instances;  // in the order of making
 
     // The character of a cell; a blank outside the drawing. Row 0 is y = -104.

@@ -1,0 +1,40 @@
+#pragma once
+// Solves a level with the fewest pushes, or says how far the search came.
+//
+// Methods:
+//   A* over pushes (P. Hart, N. Nilsson, B. Raphael, "A formal basis for the heuristic
+//     determination of minimum cost paths", 1968) with a queue of buckets;
+//   one figure place for each reachable area, and the least matching of boxes and targets
+//     as the bound (A. Junghanns, J. Schaeffer, "Sokoban: enhancing general single-agent
+//     search methods using domain knowledge", 2001);
+//   dead cells, freeze deadlocks and PI-corrals (Deadlock.h);
+//   for levels that A* does not end in time, the same with a weighted bound (I. Pohl,
+//     "Heuristic search viewed as path finding in a graph", 1970).
+//
+// Covering all targets ends the puzzle at once; it is solved if the figure then reaches
+// the gate, and lost if not.
+
+#include <cstdint>
+
+#include "tools/levels/Board.h"
+
+namespace levels {
+
+struct SolveLimits {
+    uint32_t nodes = 4'000'000;  // positions kept; about 60 bytes each
+    int weight = 1;              // of the bound: 1 gives fewest pushes, more gives any soon
+};
+
+enum class Verdict { solved, unsolvable, gaveUp };
+
+struct Solution {
+    Verdict verdict = Verdict::gaveUp;
+    Pushes pushes;
+    bool fewest = false;  // proved to be the fewest
+    int bound = 0;        // every solution has at least as many pushes
+    uint32_t nodes = 0;   // positions seen
+};
+
+Solution Solve(const Board& board, const SolveLimits& limits = {});
+
+}  // namespace levels
