@@ -9,7 +9,7 @@
 namespace {
 
 constexpr float kLeastScale = 0.0001F;
-constexpr int32_t kMostTiles = 1 << 14;  // along one axis
+constexpr int32_t kMostTiles = 1 << 12;  // along one axis; more than a screen has pixels
 
 // Where the tiles of one axis start and how many there are.
 struct TileRun {
@@ -77,6 +77,13 @@ int32_t PixelStart(float position, int32_t size, bool tiled, float viewStart)
         start += static_cast<int32_t>((edge - start - 1) / size * size);
     while (static_cast<float>(start) > viewStart) start -= size;
     return start;
+}
+
+// How many tiles from `start` on begin before `end`.
+int32_t PixelTilesTo(float end, int32_t start, int32_t size)
+{
+    const float count = std::ceil((end - static_cast<float>(start)) / static_cast<float>(size));
+    return count > 0 ? static_cast<int32_t>(std::min(count, static_cast<float>(kMostTiles))) : 0;
 }
 
 // What all tiles of one draw share.
@@ -154,16 +161,16 @@ bool Quad_TextureTiled(int32_t slotIndex, float xorigin, float yorigin, float x,
         PixelStart(x, tiles.width, htile, g_ViewArea.x - std::max(tiles.offsetX, 0.0F));
     const int32_t startY =
         PixelStart(y, tiles.height, vtile, g_ViewArea.y - std::max(tiles.offsetY, 0.0F));
-    const float right = g_ViewArea.x + g_ViewArea.width - std::min(tiles.offsetX, 0.0F);
-    const float bottom = g_ViewArea.y + g_ViewArea.height - std::min(tiles.offsetY, 0.0F);
-    for (int32_t tileX = startX; static_cast<float>(tileX) < right || !htile;
-         tileX += tiles.width) {
-        for (int32_t tileY = startY; static_cast<float>(tileY) < bottom || !vtile;
-             tileY += tiles.height) {
-            FanTile(tiles, tileX, tileY);
-            if (!vtile) break;
-        }
-        if (!htile) break;
-    }
+    const int32_t columns =
+        htile ? PixelTilesTo(g_ViewArea.x + g_ViewArea.width - std::min(tiles.offsetX, 0.0F),
+                             startX, tiles.width)
+              : 1;
+    const int32_t rows =
+        vtile ? PixelTilesTo(g_ViewArea.y + g_ViewArea.height - std::min(tiles.offsetY, 0.0F),
+                             startY, tiles.height)
+              : 1;
+    for (int32_t column = 0; column < columns; ++column)
+        for (int32_t row = 0; row < rows; ++row)
+            FanTile(tiles, startX + column * tiles.width, startY + row * tiles.height);
     return true;
 }

@@ -73,6 +73,11 @@ void Text_Init()
 
 void Text_SetFont(int32_t font)
 {
+    if (font == -1) {
+        Text_Init();
+        Draw_SetAlpha(1);
+        Draw_SetColour(g_StartDrawColour);
+    }
     g_TextState.font = Font_Data(font) ? font : -1;
     if (g_TextState.font < 0) Font_Default();
 }

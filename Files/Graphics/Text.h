@@ -16,7 +16,9 @@ struct TextState {
 extern TextState g_TextState;
 
 void Text_Init();
-void Text_SetFont(int32_t font);  // one that does not exist sets -1
+// -1 brings alignment, draw colour and draw alpha back to their start as well; any other
+// that does not exist sets -1 and nothing else.
+void Text_SetFont(int32_t font);
 void Text_SetHAlign(int32_t align);
 void Text_SetVAlign(int32_t align);
 CFontSW* Text_Font();  // the current font, or the default one; never null

@@ -251,8 +251,15 @@ TEST_F(TextTest, UsualTextsAllocateNothingAndLongOnesOneBlock)
 TEST_F(TextTest, TheCurrentFontMayGo)
 {
     const int32_t index = g_TextState.font;
+    Text_SetHAlign(2);
+    Draw_SetColour(0x123456);
     Text_SetFont(99);
     EXPECT_EQ(g_TextState.font, -1);
+    EXPECT_EQ(Draw_GetColour(), 0x123456U);
+    EXPECT_EQ(g_TextState.halign, 2);
+    Text_SetFont(-1);  // this one is the way back to the start
+    EXPECT_EQ(Draw_GetColour(), 0U);
+    EXPECT_EQ(g_TextState.halign, 0);
     EXPECT_EQ(Text_Font(), Font_Default());
     Text_SetFont(index);
     EXPECT_EQ(Text_Font(), font_);
