@@ -165,6 +165,12 @@ struct HostProcessTable {
     // From now on a fault calls `handler`, and the process then ends with exit code 1;
     // null gives faults back to the system.
     void (*CatchFaults)(HostFaultHandler handler);
+    int32_t (*Cores)();  // at least 1
+    // Runs `work` beside the caller. Null when no thread can be had; the stage has none,
+    // so that its runs repeat.
+    void* (*StartThread)(void (*work)(void* context), void* context);
+    void (*JoinThread)(
+        void* thread);  // waits for its end; every thread needs it, null does nothing
 };
 
 struct Host {

@@ -343,6 +343,9 @@ void Host_UseSDL()
                 .CloseStream = posix::CloseStream,
             },
         .dialogs = sdl::kDialogTable,
-        .process = {.CatchFaults = posix::CatchFaults},
+        .process = {.CatchFaults = posix::CatchFaults,
+                    .Cores = posix::Cores,
+                    .StartThread = posix::StartThread,
+                    .JoinThread = posix::JoinThread},
     };
 }

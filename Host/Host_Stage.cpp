@@ -226,7 +226,12 @@ const HostDialogTable kDialogs = {
 };
 
 // A fault on the stage is one of the test's: it belongs to the debugger.
-const HostProcessTable kProcess = {.CatchFaults = [](HostFaultHandler) {}};
+const HostProcessTable kProcess = {
+    .CatchFaults = [](HostFaultHandler) {},
+    .Cores = []() -> int32_t { return 1; },
+    .StartThread = [](void (*)(void*), void*) -> void* { return nullptr; },
+    .JoinThread = [](void*) {},
+};
 
 }  // namespace
 

@@ -1,5 +1,5 @@
 #pragma once
-// Files, clock and faults of a POSIX system, shared by both backends.
+// Files, clock, faults and threads of a POSIX system, shared by both backends.
 
 #include "Host/Host.h"
 
@@ -39,5 +39,9 @@ HostLocalTime LocalTime();
 int64_t UnixSeconds();
 
 void CatchFaults(HostFaultHandler handler);
+
+int32_t Cores();
+void* StartThread(void (*work)(void* context), void* context);
+void JoinThread(void* thread);
 
 }  // namespace posix

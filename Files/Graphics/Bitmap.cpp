@@ -11,8 +11,6 @@ namespace {
 constexpr uint32_t kBlockHeader = 52, kPixelsAt = 8, kWidthAt = 16, kHeightAt = 20;
 // A "BM" file.
 constexpr uint32_t kFileHeader = 54;
-constexpr uint32_t kSignatureSize = 8;
-constexpr uint8_t kSignaturePNG[kSignatureSize] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
 
 uint32_t Word(const uint8_t* bytes, uint32_t offset)
 {
@@ -169,11 +167,9 @@ bool TBitmap::SetData(const uint8_t* data, uint32_t size)
 BitmapLoader::BitmapLoader(const uint8_t* source, uint32_t size)
 {
     if (bitmap.Load(source, size)) return;
-    const bool png =
-        source && size >= kSignatureSize && std::memcmp(source, kSignaturePNG, kSignatureSize) == 0;
     int32_t width, height, pitch;
-    uint8_t* decoded = png ? ReadPNG_Pixels(source, size, &width, &height, false)
-                           : ReadJPEG_Pixels(source, size, &width, &height);
+    uint8_t* decoded = IsPNG(source, size) ? ReadPNG_Pixels(source, size, &width, &height, false)
+                                           : ReadJPEG_Pixels(source, size, &width, &height);
     if (!decoded) return;
     bitmap.SetWidth(width);
     bitmap.SetHeight(height);

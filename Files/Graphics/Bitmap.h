@@ -6,16 +6,24 @@
 // Larger pictures, in pixels a side, are refused.
 inline constexpr int32_t kMaxPictureSize = 16384;
 
+bool IsPNG(const uint8_t* source, uint32_t size);  // by its signature
 // Only the header; both sizes -1 and false when it is not a PNG. With `scale` the
 // sizes are divided by texture_global_scale.
 bool ReadPNG_Header(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
                     bool scale);
 // Rows top first, bytes blue, green, red, alpha; a block of MemoryManager that the
 // caller frees, or null with both sizes -1. With `scale` the picture is halved until
-// texture_global_scale is used up or a side is 1. Safe on a worker thread as long as
-// no other thread reads a PNG.
+// texture_global_scale is used up or a side is 1.
 uint8_t* ReadPNG_Pixels(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
                         bool scale);
+// ReadPNG_Pixels without scaling and without a word: what is wrong goes to `fault`. Any
+// number of threads may decode at once.
+uint8_t* DecodePNG(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
+                   const char** fault);
+// Halves a picture in its place as ReadPNG_Pixels does.
+void Picture_ScaleDown(uint8_t* pixels, int32_t* width, int32_t* height);
+bool IsJPEG(const uint8_t* source, uint32_t size);  // by its first bytes
+bool ReadJPEG_Header(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height);
 // Pixels as ReadPNG_Pixels gives them, from a JPEG; alpha is 255.
 uint8_t* ReadJPEG_Pixels(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height);
 // Pixels in the order red, green, blue, alpha. `path` is a host path. False with a

@@ -1,6 +1,7 @@
 // JPEG, read from memory.
 #include <csetjmp>
 #include <cstdio>
+#include <utility>
 
 #include <jerror.h>
 #include <jpeglib.h>
@@ -40,7 +41,7 @@ void Spread(const uint8_t* row, uint8_t* out, uint32_t count)
     }
 }
 
-bool ReadAll(JPEGLoad* load, const uint8_t* source, uint32_t size)
+bool ReadHead(JPEGLoad* load, const uint8_t* source, uint32_t size)
 {
     jpeg_decompress_struct& reader = load->reader;
     if (setjmp(load->away)) return false;
@@ -48,7 +49,13 @@ bool ReadAll(JPEGLoad* load, const uint8_t* source, uint32_t size)
     jpeg_mem_src(&reader, source, size);
     jpeg_read_header(&reader, TRUE);
     constexpr auto kMost = static_cast<JDIMENSION>(kMaxPictureSize);
-    if (reader.image_width > kMost || reader.image_height > kMost) return false;
+    return reader.image_width <= kMost && reader.image_height <= kMost;
+}
+
+bool ReadRows(JPEGLoad* load)
+{
+    jpeg_decompress_struct& reader = load->reader;
+    if (setjmp(load->away)) return false;
     reader.out_color_space = JCS_RGB;
     jpeg_start_decompress(&reader);
     const size_t pitch = static_cast<size_t>(reader.output_width) * 4;
@@ -64,29 +71,66 @@ bool ReadAll(JPEGLoad* load, const uint8_t* source, uint32_t size)
     return true;
 }
 
-}  // namespace
-
-uint8_t* ReadJPEG_Pixels(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height)
+JPEGLoad* Begin(const uint8_t* source, uint32_t size)
 {
-    *width = *height = -1;
     if (!source || size == 0) return nullptr;
     JPEGLoad* load = VxNew<JPEGLoad>(JPEGLoad{});
     load->reader.err = jpeg_std_error(&load->errors);
     load->errors.error_exit = Fail;
     load->errors.emit_message = Note;
     load->reader.client_data = load;
-    uint8_t* pixels = nullptr;
-    if (ReadAll(load, source, size)) {
-        pixels = load->pixels;
-        load->pixels = nullptr;
-        *width = static_cast<int32_t>(load->reader.output_width);
-        *height = static_cast<int32_t>(load->reader.output_height);
-    } else {
-        g_DebugConsole->Output("ReadJPEG :: a JPEG error occured");
-    }
+    return load;
+}
+
+void End(JPEGLoad* load)
+{
     jpeg_destroy_decompress(&load->reader);
     MemoryManager::Free(load->pixels);
     MemoryManager::Free(load->row);
     VxDelete(load);
+}
+
+void TellError()
+{
+    g_DebugConsole->Output("ReadJPEG :: a JPEG error occured");
+}
+
+}  // namespace
+
+bool IsJPEG(const uint8_t* source, uint32_t size)
+{
+    return source && size > 2 && source[0] == 0xFF && source[1] == 0xD8;
+}
+
+bool ReadJPEG_Header(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height)
+{
+    *width = *height = -1;
+    JPEGLoad* load = Begin(source, size);
+    if (!load) return false;
+    const bool read = ReadHead(load, source, size);
+    if (read) {
+        *width = static_cast<int32_t>(load->reader.image_width);
+        *height = static_cast<int32_t>(load->reader.image_height);
+    } else {
+        TellError();
+    }
+    End(load);
+    return read;
+}
+
+uint8_t* ReadJPEG_Pixels(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height)
+{
+    *width = *height = -1;
+    JPEGLoad* load = Begin(source, size);
+    if (!load) return nullptr;
+    uint8_t* pixels = nullptr;
+    if (ReadHead(load, source, size) && ReadRows(load)) {
+        pixels = std::exchange(load->pixels, nullptr);
+        *width = static_cast<int32_t>(load->reader.output_width);
+        *height = static_cast<int32_t>(load->reader.output_height);
+    } else {
+        TellError();
+    }
+    End(load);
     return pixels;
 }

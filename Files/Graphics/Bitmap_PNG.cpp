@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
+#include <utility>
 
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Bitmap.h"
@@ -16,9 +18,8 @@ constexpr size_t kSignature = 8;
 // The densest stream of the format's compression gives 1032 bytes for one.
 constexpr uint64_t kMostPerByte = 1032;
 
-// A decode under way: after a header query it waits for its pixels to be asked for.
+// A decode under way. Several threads may have one each.
 struct PNGLoad {
-    bool failed;
     const uint8_t* source;
     uint32_t sourceSize;
     uint32_t cursor;
@@ -29,7 +30,12 @@ struct PNGLoad {
     uint8_t* pixels;
     png_bytep* rows;
 };
-PNGLoad* s_load = nullptr;
+// The decode that waits, after a header query, for its pixels to be asked for.
+std::mutex s_waitingLock;
+PNGLoad* s_waiting = nullptr;
+
+constexpr char kNotPNG[] = "Not a PNG";
+constexpr char kError[] = "ReadPNG :: a PNG error occured";
 
 png_voidp Allocate(png_structp, png_alloc_size_t size)
 {
@@ -63,14 +69,13 @@ uint32_t CheckOf(const uint8_t* bytes, uint32_t count)
     return sum;
 }
 
-void DropLoad()
+void Drop(PNGLoad* load)
 {
-    if (!s_load) return;
-    png_destroy_read_struct(&s_load->reader, &s_load->info, &s_load->endInfo);
-    MemoryManager::Free(s_load->rows);
-    MemoryManager::Free(s_load->pixels);
-    VxDelete(s_load);
-    s_load = nullptr;
+    if (!load) return;
+    png_destroy_read_struct(&load->reader, &load->info, &load->endInfo);
+    MemoryManager::Free(load->rows);
+    MemoryManager::Free(load->pixels);
+    VxDelete(load);
 }
 
 // All kinds of picture become four channels of 8 bits: blue, green, red, alpha.
@@ -126,39 +131,55 @@ bool ReadImage(PNGLoad* load)
     return true;
 }
 
-bool Waits(const uint8_t* source, uint32_t size)
+// The decode that waits for these very bytes, or null; it is the caller's now.
+PNGLoad* TakeWaiting(const uint8_t* source, uint32_t size)
 {
-    return s_load && s_load->source == source && s_load->sourceSize == size &&
-           s_load->headCheck == CheckOf(source, s_load->headSize);
+    const std::lock_guard<std::mutex> lock(s_waitingLock);
+    const PNGLoad* load = s_waiting;
+    if (!load || load->source != source || load->sourceSize != size ||
+        load->headCheck != CheckOf(source, load->headSize))
+        return nullptr;
+    return std::exchange(s_waiting, nullptr);
 }
 
-// The decode of these bytes with its header read, or null with the message told.
-PNGLoad* Begin(const uint8_t* source, uint32_t size)
+// One decode waits at most; null frees it.
+void LetWait(PNGLoad* load)
 {
-    if (Waits(source, size)) return s_load;
-    DropLoad();
-    if (!source || size < kSignature || png_sig_cmp(source, 0, kSignature) != 0) {
-        g_DebugConsole->Output("Not a PNG");
+    {
+        const std::lock_guard<std::mutex> lock(s_waitingLock);
+        std::swap(s_waiting, load);
+    }
+    Drop(load);
+}
+
+PNGLoad* NewLoad(const uint8_t* source, uint32_t size)
+{
+    PNGLoad* load = VxNew<PNGLoad>(PNGLoad{});
+    load->source = source;
+    load->sourceSize = size;
+    load->reader = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, Fail, Ignore, nullptr,
+                                            Allocate, Release);
+    if (!load->reader) return load;
+    load->info = png_create_info_struct(load->reader);
+    load->endInfo = png_create_info_struct(load->reader);
+    return load;
+}
+
+// The decode of these bytes with its header read, or null and what is wrong with them.
+PNGLoad* Begin(const uint8_t* source, uint32_t size, const char** fault)
+{
+    if (PNGLoad* waiting = TakeWaiting(source, size)) return waiting;
+    *fault = kNotPNG;
+    if (!IsPNG(source, size)) return nullptr;
+    *fault = kError;
+    PNGLoad* load = NewLoad(source, size);
+    if (!load->info || !load->endInfo || !ReadInfo(load)) {
+        Drop(load);
         return nullptr;
     }
-    s_load = VxNew<PNGLoad>(PNGLoad{});
-    s_load->source = source;
-    s_load->sourceSize = size;
-    s_load->reader = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, Fail, Ignore, nullptr,
-                                              Allocate, Release);
-    if (s_load->reader) {
-        s_load->info = png_create_info_struct(s_load->reader);
-        s_load->endInfo = png_create_info_struct(s_load->reader);
-    }
-    s_load->failed = !s_load->info || !s_load->endInfo || !ReadInfo(s_load);
-    if (s_load->failed) {
-        DropLoad();
-        g_DebugConsole->Output("ReadPNG :: a PNG error occured");
-        return nullptr;
-    }
-    s_load->headSize = s_load->cursor;
-    s_load->headCheck = CheckOf(source, s_load->headSize);
-    return s_load;
+    load->headSize = load->cursor;
+    load->headCheck = CheckOf(source, load->headSize);
+    return load;
 }
 
 // Each pixel of the half is the mean of four, channel by channel.
@@ -175,16 +196,6 @@ void Halve(uint8_t* pixels, int32_t width, int32_t height, int32_t toWidth, int3
                 *out++ =
                     static_cast<uint8_t>((above[c] + above[c + 4] + below[c] + below[c + 4]) >> 2);
         }
-    }
-}
-
-void ScaleDown(uint8_t* pixels, int32_t* width, int32_t* height)
-{
-    for (int32_t factor = g_TextureGlobalScale; factor > 1 && *width > 1 && *height > 1;
-         factor /= 2) {
-        Halve(pixels, *width, *height, *width / 2, *height / 2);
-        *width /= 2;
-        *height /= 2;
     }
 }
 
@@ -259,36 +270,65 @@ bool WriteTo(PNGWriter* out, const uint8_t* pixels, int32_t width, int32_t heigh
 
 }  // namespace
 
+bool IsPNG(const uint8_t* source, uint32_t size)
+{
+    return source && size >= kSignature && png_sig_cmp(source, 0, kSignature) == 0;
+}
+
 bool ReadPNG_Header(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
                     bool scale)
 {
-    const PNGLoad* load = Begin(source, size);
+    const char* fault = nullptr;
+    PNGLoad* load = Begin(source, size, &fault);
     *width = load ? load->width : -1;
     *height = load ? load->height : -1;
-    if (load && scale && g_TextureGlobalScale > 1) {
+    if (!load) {
+        g_DebugConsole->Output("%s", fault);
+        return false;
+    }
+    if (scale && g_TextureGlobalScale > 1) {
         *width = std::max(*width / g_TextureGlobalScale, 1);
         *height = std::max(*height / g_TextureGlobalScale, 1);
     }
-    return load != nullptr;
+    LetWait(load);
+    return true;
+}
+
+uint8_t* DecodePNG(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
+                   const char** fault)
+{
+    *width = *height = -1;
+    PNGLoad* load = Begin(source, size, fault);
+    if (!load) return nullptr;
+    uint8_t* pixels = nullptr;
+    if (ReadImage(load)) {
+        pixels = std::exchange(load->pixels, nullptr);
+        *width = load->width;
+        *height = load->height;
+    } else {
+        *fault = kError;
+    }
+    Drop(load);
+    return pixels;
+}
+
+void Picture_ScaleDown(uint8_t* pixels, int32_t* width, int32_t* height)
+{
+    for (int32_t factor = g_TextureGlobalScale; factor > 1 && *width > 1 && *height > 1;
+         factor /= 2) {
+        Halve(pixels, *width, *height, *width / 2, *height / 2);
+        *width /= 2;
+        *height /= 2;
+    }
 }
 
 uint8_t* ReadPNG_Pixels(const uint8_t* source, uint32_t size, int32_t* width, int32_t* height,
                         bool scale)
 {
-    *width = *height = -1;
-    PNGLoad* load = Begin(source, size);
-    if (!load) return nullptr;
-    if (!ReadImage(load)) {
-        DropLoad();
-        g_DebugConsole->Output("ReadPNG :: a PNG error occured");
-        return nullptr;
-    }
-    uint8_t* pixels = load->pixels;
-    *width = load->width;
-    *height = load->height;
-    load->pixels = nullptr;
-    DropLoad();
-    if (scale) ScaleDown(pixels, width, height);
+    const char* fault = nullptr;
+    uint8_t* pixels = DecodePNG(source, size, width, height, &fault);
+    if (!pixels) g_DebugConsole->Output("%s", fault);
+    if (pixels && scale) Picture_ScaleDown(pixels, width, height);
     return pixels;
 }
 
@@ -311,5 +351,5 @@ bool WritePNG(const char* path, const uint8_t* pixels, int32_t width, int32_t he
 
 void Bitmap_Quit()
 {
-    DropLoad();
+    LetWait(nullptr);
 }

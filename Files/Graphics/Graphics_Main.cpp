@@ -42,7 +42,8 @@ bool Graphics_Start()
     Batch_Init();
     Batch_SetMethod(ChosenBatchMethod());
     Matrix_SetDevice(DeviceMatrix::World, kIdentityMatrix);
-    if (g_Switches.compressTextures)
+    g_CompressTextures = g_Switches.compressTextures && g_Device->Caps().dxt5;
+    if (g_Switches.compressTextures && !g_CompressTextures)
         g_DebugConsole->Output("Textures are not compressed: the plain format is used\n");
     g_TexturesOnDemand = g_IniOptions.createTexturesOnDemand;
     g_TextureGlobalScale = 1;

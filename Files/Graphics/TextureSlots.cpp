@@ -5,10 +5,11 @@
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Batch.h"
 #include "Files/Graphics/Bitmap.h"
+#include "Files/Graphics/Page_Decoder.h"
 #include "Files/Graphics/Surface.h"
 #include "Platform/MemoryManager.h"
 
-bool g_TexturesOnDemand;
+bool g_TexturesOnDemand, g_CompressTextures;
 int32_t g_TextureGlobalScale = 1;
 
 namespace {
@@ -20,6 +21,7 @@ constexpr uint32_t kWhite = 0xFFFFFFU;
 VxVector<TextureSlot*> s_slots;
 GpuTexture* s_textures;  // all records, newest first
 GpuTexture* s_white;
+int32_t s_decodes;
 DeviceTexture* s_bound[kDeviceStages];
 // A second texture for a target that is drawn onto itself.
 DeviceTexture* s_selfCopy;
@@ -60,6 +62,9 @@ void FreeRecord(GpuTexture* texture)
     while (*link != texture) link = &(*link)->next;
     *link = texture->next;
     MemoryManager::Free(texture->shadowRaw);
+    int32_t width, height;  // of a page that nobody will need
+    if (texture->sourceData)
+        MemoryManager::Free(PageDecoder_Take(texture->sourceData, &width, &height));
     VxDelete(texture);
 }
 
@@ -85,6 +90,13 @@ DeviceTexture* MakeDevice(const GpuTexture& texture, bool target, bool depth)
                  : nullptr;
     if (!made) g_DebugConsole->Output("CreateTexture failed - %08x\n", 0U);
     return made;
+}
+
+// The format of pictures that come encoded.
+DeviceFormat SourceFormat(const uint8_t* data, uint32_t size)
+{
+    return g_CompressTextures && TextureSource_Compresses(data, size) ? DeviceFormat::Dxt5
+                                                                      : DeviceFormat::Argb8888;
 }
 
 // Writes the pixels into the top left of the texture.
@@ -120,31 +132,74 @@ void SetSlotSize(TextureSlot* slot, int32_t width, int32_t height)
     slot->invHeight = 1.0F / static_cast<float>(slot->texture->height);
 }
 
+// The picture of a record that keeps its pixels or its source, in full size: a block for
+// the caller to free, or null.
+uint32_t* KeptPixels(const GpuTexture& texture, int32_t* width, int32_t* height)
+{
+    if (!texture.shadow) {
+        if (uint8_t* ready = PageDecoder_Take(texture.sourceData, width, height))
+            return reinterpret_cast<uint32_t*>(ready);
+        ++s_decodes;
+        return TextureSource_Decode(texture.sourceData, texture.sourceSize, width, height);
+    }
+    *width = texture.width;
+    *height = texture.height;
+    const size_t bytes = static_cast<size_t>(texture.width) * texture.height * 4;
+    auto* pixels = static_cast<uint32_t*>(MemoryManager::Alloc(bytes));
+    std::memcpy(pixels, texture.shadow, bytes);
+    return pixels;
+}
+
+// A texture of that size with those pixels for a record that is stored larger or alike.
+bool UploadScaled(GpuTexture* texture, int32_t width, int32_t height, const uint32_t* pixels)
+{
+    const int32_t storedWidth = texture->width, storedHeight = texture->height;
+    texture->width = width;
+    texture->height = height;
+    const bool made = Upload(texture, width, height, pixels);
+    texture->width = storedWidth;
+    texture->height = storedHeight;
+    texture->flags &= ~static_cast<uint32_t>(TEXTURE_SCALED);
+    if (width != storedWidth || height != storedHeight) texture->flags |= TEXTURE_SCALED;
+    return made;
+}
+
 // The device's texture of a record that has lost or never had one.
 bool MakeAnew(GpuTexture* texture)
 {
     if (texture->flags & TEXTURE_FAILED) return false;
-    if (texture->shadow) return Upload(texture, texture->width, texture->height, texture->shadow);
+    const bool scales = g_TexturesOnDemand && g_TextureGlobalScale > 1;
+    if (texture->shadow && !scales)
+        return UploadScaled(texture, texture->width, texture->height, texture->shadow);
     int32_t width = 0, height = 0;
-    uint32_t* pixels =
-        TextureSource_Decode(texture->sourceData, texture->sourceSize, &width, &height);
-    bool made = false;
-    if (pixels) {
-        const int32_t storedWidth = texture->width, storedHeight = texture->height;
-        texture->width = width;  // the decoder may have halved the picture
-        texture->height = height;
-        made = Upload(texture, width, height, pixels);
-        texture->width = storedWidth;
-        texture->height = storedHeight;
-        texture->flags &= ~static_cast<uint32_t>(TEXTURE_SCALED);
-        if (width != storedWidth || height != storedHeight) texture->flags |= TEXTURE_SCALED;
-        MemoryManager::Free(pixels);
-    }
-    if (!made) {
-        g_DebugConsole->Output("SetupD3DTexture failed - %08x\n", 0U);
-        texture->flags |= TEXTURE_FAILED;
-    }
-    return made;
+    uint32_t* pixels = KeptPixels(*texture, &width, &height);
+    if (pixels && scales) Picture_ScaleDown(reinterpret_cast<uint8_t*>(pixels), &width, &height);
+    const bool made = pixels && UploadScaled(texture, width, height, pixels);
+    MemoryManager::Free(pixels);
+    if (made) return true;
+    g_DebugConsole->Output("SetupD3DTexture failed - %08x\n", 0U);
+    texture->flags |= TEXTURE_FAILED;
+    return false;
+}
+
+// Whether the device holds less than the record's own picture.
+bool DeviceHasLess(const GpuTexture& texture)
+{
+    return (texture.flags & TEXTURE_SCALED) ||
+           texture.format == static_cast<int32_t>(DeviceFormat::Dxt5);
+}
+
+// An area of the picture that the record keeps.
+bool ReadKept(const GpuTexture& texture, const DeviceRect& area, uint32_t* pixels)
+{
+    int32_t width = 0, height = 0;
+    uint32_t* kept = KeptPixels(texture, &width, &height);
+    const bool inside = kept && area.right <= width && area.bottom <= height;
+    const auto columns = static_cast<size_t>(area.right - area.left);
+    for (int32_t y = area.top; inside && y < area.bottom; ++y, pixels += columns)
+        std::memcpy(pixels, kept + static_cast<ptrdiff_t>(y) * width + area.left, columns * 4);
+    MemoryManager::Free(kept);
+    return inside;
 }
 
 // The picture of a target that is being drawn onto itself, as it was before.
@@ -168,6 +223,7 @@ DeviceTexture* CopyOfTarget(const GpuTexture& texture)
 void Texture_Init()
 {
     for (DeviceTexture*& bound : s_bound) bound = nullptr;
+    s_decodes = 0;
     constexpr uint32_t pixel = 0xFF000000U | kWhite;
     s_white = NewRecord(1, 1, static_cast<int32_t>(DeviceFormat::Argb8888), TEXTURE_POOL);
     KeepShadow(s_white, 1, 1, &pixel);
@@ -185,13 +241,14 @@ void Texture_FreeAll()
 
 void Texture_Quit()
 {
+    PageDecoder_Stop();
     Texture_FreeAll();
     FreeRecord(s_white);
     s_white = nullptr;
     if (s_selfCopy && g_Device) g_Device->FreeTexture(s_selfCopy);
     s_selfCopy = nullptr;
     s_selfCopyWidth = s_selfCopyHeight = 0;
-    g_TexturesOnDemand = false;
+    g_TexturesOnDemand = g_CompressTextures = false;
     g_TextureGlobalScale = 1;
     Bitmap_Quit();
 }
@@ -211,7 +268,7 @@ int32_t Texture_CreateFromFile(const uint8_t* data, uint32_t size)
     int32_t width = 0, height = 0;
     if (!TextureSource_Header(data, size, &width, &height)) return index;
     GpuTexture* texture =
-        NewRecord(width, height, static_cast<int32_t>(DeviceFormat::Argb8888), TEXTURE_POOL);
+        NewRecord(width, height, static_cast<int32_t>(SourceFormat(data, size)), TEXTURE_POOL);
     texture->sourceData = data;
     texture->sourceSize = size;
     s_slots[index]->texture = texture;
@@ -279,13 +336,14 @@ bool Texture_Update(int32_t index, const DeviceRect& area, const uint32_t* pixel
 {
     const TextureSlot* slot = Texture_Get(index);
     if (!slot || !slot->texture) return false;
-    const GpuTexture* texture = slot->texture;
+    GpuTexture* texture = slot->texture;
     const int32_t width = area.right - area.left;
     if (texture->shadow)
         for (int32_t y = area.top; y < area.bottom; ++y)
             std::memcpy(texture->shadow + static_cast<ptrdiff_t>(y) * texture->width + area.left,
                         pixels + static_cast<ptrdiff_t>(y - area.top) * width,
                         static_cast<size_t>(width) * 4);
+    if (texture->shadow && (texture->flags & TEXTURE_SCALED)) ReleaseDevice(texture);
     if (!texture->deviceTexture) return texture->shadow != nullptr;
     return g_Device->UpdateTexture(texture->deviceTexture, area, pixels, width * 4);
 }
@@ -324,6 +382,11 @@ int32_t Texture_Count()
     return static_cast<int32_t>(s_slots.size());
 }
 
+int32_t Texture_Decodes()
+{
+    return s_decodes;
+}
+
 bool Texture_Bind(int32_t stage, GpuTexture* texture)
 {
     DeviceTexture* device = nullptr;
@@ -356,7 +419,7 @@ bool Texture_ReadPixels(int32_t index, const DeviceRect& area, uint32_t* pixels)
     const TextureSlot* slot = Texture_Get(index);
     if (!slot || !slot->texture || !g_Device) return false;
     if (!slot->texture->deviceTexture && !MakeAnew(slot->texture)) return false;
-    if (slot->texture->flags & TEXTURE_SCALED) return false;
+    if (DeviceHasLess(*slot->texture)) return ReadKept(*slot->texture, area, pixels);
     return g_Device->ReadPixels(slot->texture->deviceTexture, area, pixels,
                                 (area.right - area.left) * 4);
 }

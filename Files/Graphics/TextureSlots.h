@@ -39,6 +39,7 @@ struct TextureSlot {
 };
 
 extern bool g_TexturesOnDemand;       // "CreateTexturesOnDemand" of options.ini
+extern bool g_CompressTextures;       // -compresstextures, on a device that has DXT5
 extern int32_t g_TextureGlobalScale;  // a power of two; sizes are divided by it in on-demand mode
 
 void Texture_Init();  // an empty table and the white texture; the device is open
@@ -64,6 +65,7 @@ void Texture_Free(int32_t index);
 bool Texture_Exists(int32_t index);
 TextureSlot* Texture_Get(int32_t index);  // null for a bad or free index
 int32_t Texture_Count();                  // slots, free ones included
+int32_t Texture_Decodes();                // pictures that binds have decoded since Texture_Init
 // Pages of the archive; rewrites the entries' texture fields to slot indices.
 bool Textures_Load(const uint8_t* chunk, uint32_t size, uint8_t* archiveBase, uint8_t* tpagChunk,
                    uint32_t tpagSize);
@@ -81,4 +83,6 @@ bool Texture_ReadPixels(int32_t index, const DeviceRect& area, uint32_t* pixels)
 // The picture of an encoded image as rows of 0xAARRGGBB words: a block of
 // MemoryManager, or null. The sizes are those of the picture.
 uint32_t* TextureSource_Decode(const uint8_t* data, uint32_t size, int32_t* width, int32_t* height);
+// -compresstextures reaches it: all but raw pixels.
+bool TextureSource_Compresses(const uint8_t* data, uint32_t size);
 bool TextureSource_Header(const uint8_t* data, uint32_t size, int32_t* width, int32_t* height);

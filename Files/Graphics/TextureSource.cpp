@@ -6,6 +6,7 @@
 #include "Files/Base/Archive_Records.h"
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Bitmap.h"
+#include "Files/Graphics/Page_Decoder.h"
 #include "Files/Graphics/TextureSlots.h"
 #include "Platform/MemoryManager.h"
 
@@ -28,11 +29,6 @@ bool IsRaw(const uint8_t* data, uint32_t size)
     if (size < sizeof(RawHeader)) return false;
     std::memcpy(&magic, data, sizeof magic);
     return magic == kRawMagic;
-}
-
-bool IsJPEG(const uint8_t* data, uint32_t size)
-{
-    return size > 2 && data[0] == 0xFF && data[1] == 0xD8;
 }
 
 // False unless kind and size hold and all pixels lie inside the bytes.
@@ -81,19 +77,18 @@ uint32_t* RawDecode(const uint8_t* data, uint32_t size, int32_t* width, int32_t*
     return pixels;
 }
 
-// The bytes of a page: from its offset to the end of the chunk.
-int32_t LoadPage(const uint8_t* chunk, uint32_t size, const uint8_t* archiveBase,
-                 uint32_t recordOffset)
+// The bytes of a page: from its offset to the end of the chunk. None: null.
+PageSource FindPage(const uint8_t* chunk, uint32_t size, const uint8_t* archiveBase,
+                    uint32_t recordOffset)
 {
     const auto chunkStart = static_cast<uint64_t>(chunk - archiveBase);
     const uint64_t chunkEnd = chunkStart + size;
     if (recordOffset < chunkStart || recordOffset + sizeof(ArchivePage) > chunkEnd)
-        return TextureSlot_Find();
+        return {nullptr, 0};
     ArchivePage page;
     std::memcpy(&page, archiveBase + recordOffset, sizeof page);
-    if (page.data < chunkStart || page.data >= chunkEnd) return TextureSlot_Find();
-    return Texture_CreateFromFile(archiveBase + page.data,
-                                  static_cast<uint32_t>(chunkEnd - page.data));
+    if (page.data < chunkStart || page.data >= chunkEnd) return {nullptr, 0};
+    return {archiveBase + page.data, static_cast<uint32_t>(chunkEnd - page.data)};
 }
 
 // Reads word `index` of a list that starts at `list` and whose chunk has `size` bytes.
@@ -116,31 +111,39 @@ bool TextureSource_Header(const uint8_t* data, uint32_t size, int32_t* width, in
         *height = static_cast<int32_t>(header.height);
         return true;
     }
-    if (IsJPEG(data, size)) {  // its size stands behind what only the decoder can skip
-        uint8_t* pixels = ReadJPEG_Pixels(data, size, width, height);
-        MemoryManager::Free(pixels);
-        return pixels != nullptr;
-    }
+    if (IsJPEG(data, size)) return ReadJPEG_Header(data, size, width, height);
     return ReadPNG_Header(data, size, width, height, false) && *width > 0 && *height > 0 &&
            *width <= kMaxPictureSize && *height <= kMaxPictureSize;
+}
+
+bool TextureSource_Compresses(const uint8_t* data, uint32_t size)
+{
+    return !IsRaw(data, size);
 }
 
 uint32_t* TextureSource_Decode(const uint8_t* data, uint32_t size, int32_t* width, int32_t* height)
 {
     if (!data) return nullptr;
     if (IsRaw(data, size)) return RawDecode(data, size, width, height);
-    return reinterpret_cast<uint32_t*>(
-        IsJPEG(data, size) ? ReadJPEG_Pixels(data, size, width, height)
-                           : ReadPNG_Pixels(data, size, width, height, g_TexturesOnDemand));
+    return reinterpret_cast<uint32_t*>(IsJPEG(data, size)
+                                           ? ReadJPEG_Pixels(data, size, width, height)
+                                           : ReadPNG_Pixels(data, size, width, height, false));
 }
 
 bool Textures_Load(const uint8_t* chunk, uint32_t size, uint8_t* archiveBase, uint8_t* tpagChunk,
                    uint32_t tpagSize)
 {
     VxVector<int32_t> pages;
+    VxVector<PageSource> sources;
     const uint32_t pageCount = ListWord(chunk, size, 0);
-    for (uint32_t i = 0; i < pageCount && (i + 1ULL) * 4 <= size; ++i)
-        pages.push_back(LoadPage(chunk, size, archiveBase, ListWord(chunk, size, i + 1)));
+    for (uint32_t i = 0; i < pageCount && (i + 1ULL) * 4 <= size; ++i) {
+        const PageSource source = FindPage(chunk, size, archiveBase, ListWord(chunk, size, i + 1));
+        pages.push_back(source.data ? Texture_CreateFromFile(source.data, source.size)
+                                    : TextureSlot_Find());
+        if (Texture_Get(pages.back())->texture) sources.push_back(source);
+    }
+    // On demand, a page is decoded when it is asked for and no earlier.
+    if (!g_TexturesOnDemand) PageDecoder_Start(sources);
 
     const auto tpagStart = static_cast<uint64_t>(tpagChunk - archiveBase);
     const uint32_t entryCount = ListWord(tpagChunk, tpagSize, 0);
