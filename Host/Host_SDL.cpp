@@ -13,6 +13,15 @@ Window g_window;
 
 namespace {
 
+constexpr int32_t kNoLimit = 16384;  // points
+
+int32_t Times(int32_t value, int32_t factor, int32_t divisor)
+{
+    const int64_t product = static_cast<int64_t>(value) * factor;
+    const int64_t rest = product % divisor < 0 ? 1 : 0;
+    return static_cast<int32_t>(product / divisor - rest);
+}
+
 void FreePicture()
 {
     if (g_window.texture) SDL_DestroyTexture(g_window.texture);
@@ -61,7 +70,7 @@ void AskForGL(int32_t samples)
 
 Uint32 Style(const HostWindowRequest& request)
 {
-    Uint32 style = SDL_WINDOW_HIDDEN;
+    Uint32 style = SDL_WINDOW_HIDDEN | SDL_WINDOW_ALLOW_HIGHDPI;
     if (!request.border) style |= SDL_WINDOW_BORDERLESS;
     if (request.sizeable) style |= SDL_WINDOW_RESIZABLE;
     return style;
@@ -94,6 +103,13 @@ void SetFullscreen(bool on)
     if (!on && g_window.border) SDL_SetWindowBordered(g_window.window, SDL_TRUE);
 }
 
+void SetClientSize(int32_t width, int32_t height)
+{
+    if (!g_window.fullscreen)
+        SDL_SetWindowSize(g_window.window, WindowScale().PointsFor(width),
+                          WindowScale().PointsFor(height));
+}
+
 bool Create(const HostWindowRequest& request)
 {
     if (!StartVideo()) return false;
@@ -107,6 +123,8 @@ bool Create(const HostWindowRequest& request)
         return false;
     }
     g_window.border = request.border;
+    if (WindowScale().pixels != WindowScale().points)
+        SetClientSize(request.clientWidth, request.clientHeight);
     if (request.fullscreen) SetFullscreen(true);
     SDL_StartTextInput();
     return true;
@@ -132,20 +150,17 @@ void Destroy()
 void ClientSize(int32_t* width, int32_t* height)
 {
     *width = *height = 0;
-    if (g_window.window) SDL_GetWindowSize(g_window.window, width, height);
-}
-
-void SetClientSize(int32_t width, int32_t height)
-{
-    if (!g_window.fullscreen) SDL_SetWindowSize(g_window.window, width, height);
+    if (g_window.window) SDL_GetWindowSizeInPixels(g_window.window, width, height);
 }
 
 void SetLimits(int32_t minWidth, int32_t minHeight, int32_t maxWidth, int32_t maxHeight)
 {
-    SDL_SetWindowMinimumSize(g_window.window, minWidth > 0 ? minWidth : 1,
-                             minHeight > 0 ? minHeight : 1);
-    SDL_SetWindowMaximumSize(g_window.window, maxWidth > 0 ? maxWidth : 16384,
-                             maxHeight > 0 ? maxHeight : 16384);
+    const auto points = [](int32_t pixels, int32_t none) {
+        return pixels > 0 ? WindowScale().PointsFor(pixels) : none;
+    };
+    SDL_SetWindowMinimumSize(g_window.window, points(minWidth, 1), points(minHeight, 1));
+    SDL_SetWindowMaximumSize(g_window.window, points(maxWidth, kNoLimit),
+                             points(maxHeight, kNoLimit));
 }
 
 bool HasFocus()
@@ -157,7 +172,9 @@ HostRect Bounds(int32_t index)
 {
     SDL_Rect area;
     if (SDL_GetDisplayBounds(index, &area) != 0) return {0, 0, 0, 0};
-    return {area.x, area.y, area.w, area.h};
+    const Scale scale = WindowScale();
+    return {scale.ToPixels(area.x), scale.ToPixels(area.y), scale.ToPixels(area.w),
+            scale.ToPixels(area.h)};
 }
 
 HostRect Desktop()
@@ -183,6 +200,34 @@ int32_t DesktopFrequency()
 {
     SDL_DisplayMode mode;
     return DesktopMode(&mode) && mode.refresh_rate > 0 ? mode.refresh_rate : -1;
+}
+
+void ClientPosition(int32_t* x, int32_t* y)
+{
+    *x = *y = 0;
+    if (!g_window.window) return;
+    SDL_GetWindowPosition(g_window.window, x, y);
+    *x = WindowScale().ToPixels(*x);
+    *y = WindowScale().ToPixels(*y);
+}
+
+void SetClientPosition(int32_t x, int32_t y)
+{
+    const Scale scale = WindowScale();
+    SDL_SetWindowPosition(g_window.window, scale.ToPoints(x), scale.ToPoints(y));
+}
+
+void MousePosition(int32_t* x, int32_t* y)
+{
+    SDL_GetGlobalMouseState(x, y);
+    *x = WindowScale().ToPixels(*x);
+    *y = WindowScale().ToPixels(*y);
+}
+
+void SetMousePosition(int32_t x, int32_t y)
+{
+    const Scale scale = WindowScale();
+    SDL_WarpMouseGlobal(scale.ToPoints(x), scale.ToPoints(y));
 }
 
 bool MakePicture(int32_t width, int32_t height)
@@ -258,6 +303,34 @@ bool GLCreate(int32_t samples)
 
 }  // namespace
 
+int32_t Scale::ToPixels(int32_t value) const
+{
+    return Times(value, pixels, points);
+}
+int32_t Scale::ToPoints(int32_t value) const
+{
+    return Times(value, points, pixels);
+}
+
+int32_t Scale::PointsFor(int32_t size) const
+{
+    int32_t held = ToPoints(size);
+    while (ToPixels(held) < size) ++held;
+    return held;
+}
+
+Scale WindowScale()
+{
+    int width = 0, height = 0;
+    Scale scale;
+    if (!g_window.window) return scale;
+    SDL_GetWindowSize(g_window.window, &width, &height);
+    scale.points = width;
+    SDL_GetWindowSizeInPixels(g_window.window, &width, &height);
+    scale.pixels = width;
+    return scale.points > 0 && scale.pixels > 0 ? scale : Scale{};
+}
+
 const HostWindowTable kWindowTable = {
     .Create = Create,
     .Destroy = Destroy,
@@ -270,13 +343,9 @@ const HostWindowTable kWindowTable = {
     .KeyState = KeyState,
     .KeyToggled = KeyToggled,
     .ClientSize = ClientSize,
-    .ClientPosition =
-        [](int32_t* x, int32_t* y) {
-            *x = *y = 0;
-            if (g_window.window) SDL_GetWindowPosition(g_window.window, x, y);
-        },
+    .ClientPosition = ClientPosition,
     .SetClientSize = SetClientSize,
-    .SetClientPosition = [](int32_t x, int32_t y) { SDL_SetWindowPosition(g_window.window, x, y); },
+    .SetClientPosition = SetClientPosition,
     .SetLimits = SetLimits,
     .SetFullscreen = SetFullscreen,
     .SetCaption = [](const char* caption) { SDL_SetWindowTitle(g_window.window, caption); },
@@ -284,8 +353,8 @@ const HostWindowTable kWindowTable = {
     .SetFocus = [] { SDL_RaiseWindow(g_window.window); },
     .HasFocus = HasFocus,
     .Capture = [](bool on) { SDL_CaptureMouse(on ? SDL_TRUE : SDL_FALSE); },
-    .MousePosition = [](int32_t* x, int32_t* y) { SDL_GetGlobalMouseState(x, y); },
-    .SetMousePosition = [](int32_t x, int32_t y) { SDL_WarpMouseGlobal(x, y); },
+    .MousePosition = MousePosition,
+    .SetMousePosition = SetMousePosition,
     .Desktop = Desktop,
     .MonitorCount = []() -> int32_t { return SDL_GetNumVideoDisplays(); },
     .Monitor = Bounds,

@@ -22,6 +22,16 @@ extern Window g_window;
 extern const HostWindowTable kWindowTable;
 extern const HostDialogTable kDialogTable;
 
+// ---- pixels and points. SDL counts sizes and places in points, of which a sharp desktop
+// has fewer than pixels; the runtime counts in pixels throughout.
+struct Scale {
+    int32_t pixels = 1, points = 1;
+    int32_t ToPixels(int32_t value) const;  // rounds down, like ToPoints
+    int32_t ToPoints(int32_t value) const;
+    int32_t PointsFor(int32_t size) const;  // the fewest that hold so many pixels
+};
+Scale WindowScale();  // of the window, 1 to 1 without one
+
 // ---- messages
 bool NextMessage(HostMessage* message);
 void PostMessage(const HostMessage& message);

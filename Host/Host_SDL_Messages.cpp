@@ -1,6 +1,8 @@
 // SDL's events as the runtime's messages. Presses that a script makes go through the
 // same queue.
 
+#include <cmath>
+
 #include "Host/Host_SDL.h"
 
 namespace sdl {
@@ -15,6 +17,7 @@ bool g_sentKeys[kKeyCount];  // held by a script
 // What a key that is down was reported as: it goes up under the same number, even when
 // the layout changed in between.
 int32_t g_keyOfScan[SDL_NUM_SCANCODES];
+Scale g_scale;  // as last told
 
 void Queue(const HostMessage& message)
 {
@@ -127,14 +130,31 @@ int32_t ButtonNumber(Uint8 button)
                                          : 0;
 }
 
+void SetPlace(HostMessage* message, Sint32 x, Sint32 y)
+{
+    const Scale scale = WindowScale();
+    message->x = scale.ToPixels(x);
+    message->y = scale.ToPixels(y);
+}
+
 void QueueButton(const SDL_MouseButtonEvent& event)
 {
     HostMessage message = Make(event.type == SDL_MOUSEBUTTONDOWN ? HostMessageType::ButtonDown
                                                                  : HostMessageType::ButtonUp);
     message.button = ButtonNumber(event.button);
-    message.x = event.x;
-    message.y = event.y;
+    SetPlace(&message, event.x, event.y);
     if (message.button) Queue(message);
+}
+
+// By more than what the rounding of a size makes of it.
+bool ScaleChanged()
+{
+    const auto ratio = [](const Scale& scale) {
+        return static_cast<double>(scale.pixels) / scale.points;
+    };
+    const double before = ratio(g_scale);
+    g_scale = WindowScale();
+    return std::abs(ratio(g_scale) - before) > 0.02;
 }
 
 void QueueWindow(const SDL_WindowEvent& event)
@@ -143,8 +163,14 @@ void QueueWindow(const SDL_WindowEvent& event)
     switch (event.event) {
         case SDL_WINDOWEVENT_RESIZED:  // by the user or the desktop, not by the program
             message = Make(HostMessageType::Size);
-            message.width = event.data1;
-            message.height = event.data2;
+            message.width = WindowScale().ToPixels(event.data1);
+            message.height = WindowScale().ToPixels(event.data2);
+            break;
+        case SDL_WINDOWEVENT_SIZE_CHANGED:
+        case SDL_WINDOWEVENT_DISPLAY_CHANGED:  // perhaps to a display with finer pixels
+            if (!ScaleChanged()) return;
+            message = Make(HostMessageType::Size);
+            g_Host.window.ClientSize(&message.width, &message.height);
             break;
         case SDL_WINDOWEVENT_FOCUS_GAINED:
         case SDL_WINDOWEVENT_FOCUS_LOST:
@@ -173,8 +199,7 @@ void Translate(const SDL_Event& event)
             return;
         case SDL_MOUSEMOTION:
             message = Make(HostMessageType::MouseMove);
-            message.x = event.motion.x;
-            message.y = event.motion.y;
+            SetPlace(&message, event.motion.x, event.motion.y);
             Queue(message);
             return;
         case SDL_MOUSEBUTTONDOWN:
@@ -258,6 +283,7 @@ void ForgetMessages()
 {
     VxVector<HostMessage>().swap(g_queue);
     g_head = 0;
+    g_scale = Scale{};
     for (bool& sent : g_sentKeys) sent = false;
     for (int32_t& key : g_keyOfScan) key = 0;
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Files/Base/Archive_Writer.h"
 #include "Files/Graphics/Batch.h"
 #include "Names.h"
 #include "Platform/MemoryManager.h"
@@ -28,6 +29,30 @@ TEST(Idle, ALevelIsAHandfulOfDrawCalls)
     stage.room("room_level1").frames(5);
     EXPECT_GT(g_GraphicsStats.drawCalls, 0);
     EXPECT_LE(g_GraphicsStats.drawCalls, 12);
+}
+
+// What stands between the start and the first picture must not grow with the archive.
+TEST(Idle, TheFirstFrameDecodesOnlyThePagesThatItShows)
+{
+    archive::Content content;
+    std::string fault;
+    ASSERT_TRUE(archive::Read(Stage::game_archive(), &content, &fault)) << fault;
+    const size_t pages = content.pages.size();
+    int32_t decodes = 0;
+    for (const size_t more : {0, 32}) {
+        content.pages.resize(pages + more, content.pages[0]);
+        Stage::Options options;
+        options.archiveBytes = archive::Write(content);
+        Stage stage(options);
+        EXPECT_EQ(Texture_Decodes(), 0);
+        stage.frames(1);
+        EXPECT_GE(Texture_Count(), static_cast<int32_t>(pages + more));
+        EXPECT_LT(Texture_Decodes(), static_cast<int32_t>(pages));
+        if (more) {
+            EXPECT_EQ(Texture_Decodes(), decodes);
+        }
+        decodes = Texture_Decodes();
+    }
 }
 
 TEST(Idle, ARunLeavesNoMemoryBehindAndTheNextOneIsTheSame)

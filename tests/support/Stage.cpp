@@ -32,12 +32,6 @@ std::vector<uint8_t> ReadFile(const std::string& path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-const std::vector<uint8_t>& GameArchive()
-{
-    static const std::vector<uint8_t> bytes = ReadFile(STAGE_ARCHIVE);
-    return bytes;
-}
-
 std::filesystem::path FreshFolder()
 {
     std::string pattern = (std::filesystem::temp_directory_path() / "stage-XXXXXX").string();
@@ -71,12 +65,27 @@ void UseWindow(double pace)
     g_Host.clock.Block = BlockInWindow;
 }
 
+void UseThreads()
+{
+    const Host stage = g_Host;
+    Host_UseSDL();
+    const HostProcessTable process = g_Host.process;
+    g_Host = stage;
+    g_Host.process = process;
+}
+
 std::filesystem::path SavePath(const std::filesystem::path& folder)
 {
     return folder / "data" / "MarlowickGame" / "SaveGame.sav";
 }
 
 }  // namespace
+
+const std::vector<uint8_t>& Stage::game_archive()
+{
+    static const std::vector<uint8_t> bytes = ReadFile(STAGE_ARCHIVE);
+    return bytes;
+}
 
 int FramesPerCell(const std::string& speed)
 {
@@ -110,11 +119,12 @@ void Stage::Boot(const Options& options)
     Stage_SetFolder((folder_.string() + "/").c_str());
     Stage_SetDataFolder((folder_.string() + "/data/").c_str());
     if (options.window) UseWindow(options.windowPace);
+    if (options.threads) UseThreads();
     Console_SetSink(Listen, this);
     Random_Seed(0);
 
     archive_ = !options.archiveBytes.empty() ? options.archiveBytes
-               : options.archive.empty()     ? GameArchive()
+               : options.archive.empty()     ? game_archive()
                                              : ReadFile(options.archive);
     RunnerData attachment = options.attachment ? *options.attachment : Game_Attachment();
     attachment.archive = archive_.data();

@@ -34,6 +34,7 @@ public:
         // stage's clock stays: a wait of a second takes 1 / windowPace seconds, none for 0.
         bool window = false;
         double windowPace = 1;
+        bool threads = false;  // as the desktop has them
     };
 
     Stage();
@@ -41,6 +42,8 @@ public:
     ~Stage();
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
+
+    static const std::vector<uint8_t>& game_archive();  // its bytes
 
     bool started() const { return started_; }  // InitGame came through
     bool running() const;                      // the main loop would go on

@@ -10,9 +10,12 @@
 #include <string>
 #include <vector>
 
+#include "Files/Base/Archive_Writer.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Batch.h"
+#include "Files/Graphics/Bitmap.h"
 #include "Files/Graphics/Draw_Room.h"
+#include "Files/Graphics/Text.h"
 #include "Files/Graphics/Window.h"
 #include "Files/Object/Collision.h"
 #include "Files/Object/Instance_Main.h"
@@ -30,15 +33,17 @@ using namespace names;
 namespace {
 
 constexpr char kHelp[] =
-    "vexo-bench [--json] [--only NAME] [--rounds N]\n"
-    "vexo-bench --peers [--only NAME] [--rounds N]\n"
+    "vexo-bench [--json] [--gl] [--only NAME] [--rounds N]\n"
+    "vexo-bench --peers [--json] [--only NAME] [--rounds N]\n"
     "\n"
     "  --json        one JSON object: name to rate\n"
     "  --only NAME   one rate alone\n"
     "  --rounds N    that many rounds instead of half a second, for tools that count\n"
     "                instructions\n"
-    "  --peers       the soft device beside other rasterisers, as ratios of the fastest\n"
-    "                of N turns (at least 12); ours is faster above 1\n";
+    "  --gl          the rates on the GL device, in a window, instead of the soft device\n"
+    "  --peers       both devices beside other rasterisers, as ratios of the fastest of N\n"
+    "                turns (12 unless told); ours is faster above 1. What needs GL is\n"
+    "                measured only where there is a display\n";
 
 constexpr double kSeconds = 0.5;  // a rate is measured for at least so long
 constexpr int kInstances = 1000;
@@ -50,7 +55,19 @@ struct Rate {
     double work;
     std::function<void(Stage&)> prepare;
     std::function<void()> round;
+    bool alone = false;  // makes its own runs of the game
 };
+
+bool g_onGL = false;
+
+Stage::Options StageOptions()
+{
+    Stage::Options options;
+    options.window = options.threads = g_onGL;
+    options.windowPace = 0;
+    if (g_onGL) options.switches.push_back("-gl");
+    return options;
+}
 
 double Now()
 {
@@ -173,6 +190,69 @@ void Sprites()
     Frame_End(false);
 }
 
+// Ends what the device has under way.
+void Finish()
+{
+    uint32_t pixel;
+    g_Device->ReadPixels(nullptr, {0, 0, 1, 1}, &pixel, 4);
+}
+
+void SpritesToTheEnd()
+{
+    Sprites();
+    Finish();
+}
+
+// As far as the device, which is not called.
+void SpritesSubmitted()
+{
+    Batch_SetDrawing(false);
+    Sprites();
+    Batch_SetDrawing(true);
+}
+
+template <class Draw>
+void InAFrame(Draw draw)
+{
+    Frame_Begin();
+    View_SetPort(0, 0, 854, 480);
+    View_SetArea(0, 0, 854, 480, 0);
+    draw();
+    Frame_End(false);
+    Finish();
+}
+
+void TiledBackground()
+{
+    InAFrame([] { Sprite_Data(sMonte.index)->DrawTiled(0, 0, 0, 1, 1, true, true, 0xFFFFFF, 1); });
+}
+
+void TextLinesDrawn()
+{
+    InAFrame([] {
+        Text_SetFont(0);
+        for (int line = 0; line < 20; ++line)
+            Text_Draw("Vinte linhas de texto, cada uma com cinquenta letras",
+                      TextPlace{10, static_cast<float>(line * 24)});
+    });
+}
+
+void DecodePages()
+{
+    static archive::Content content;
+    std::string fault;
+    if (content.pages.empty() && !archive::Read(Stage::game_archive(), &content, &fault)) return;
+    const std::vector<uint8_t>& png = content.pages[0].png;
+    int32_t width, height;
+    MemoryManager::Free(
+        ReadPNG_Pixels(png.data(), static_cast<uint32_t>(png.size()), &width, &height, false));
+}
+
+void StartToFirstFrame()
+{
+    Stage(StageOptions()).frames(1);
+}
+
 void LevelFrame()
 {
     Run_Frame();
@@ -191,7 +271,13 @@ std::vector<Rate> Rates()
         {"array_writes", "cells/s", 1000, nothing, ArrayWrites},
         {"string_values", "texts made and shared/s", 1000, nothing, Texts},
         {"name_lookup", "names/s", 1000, nothing, Lookups},
-        {"soft_sprites", "sprites/s (52 by 65)", 1000, nothing, Sprites},
+        {"sprites_submit", "sprites/s as far as the device", 1000, nothing, SpritesSubmitted},
+        {"sprites_drawn", "sprites/s (52 by 65)", 1000, nothing, SpritesToTheEnd},
+        {"tiled_background", "fills of 854 by 480 by a tile/s", 1, nothing, TiledBackground},
+        {"text_lines", "lines of 50 letters/s", 20, nothing, TextLinesDrawn},
+        {"page_decode", "first pages decoded/s", 1, nothing, DecodePages},
+        {"start_to_first_frame", "starts to the first frame/s", 1, nothing, StartToFirstFrame,
+         true},
         {"level_frames", "frames of level 1 at 854 by 480/s", 1, [](Stage&) { g_TimingOn = false; },
          LevelFrame},
         {"level_steps", "frames of level 1 without drawing/s", 1,
@@ -201,7 +287,8 @@ std::vector<Rate> Rates()
 
 double RunOne(const Rate& rate, long rounds)
 {
-    Stage stage;
+    if (rate.alone) return Measure(rate, rounds);
+    Stage stage(StageOptions());
     if (!stage.started()) {
         std::fprintf(stderr, "vexo-bench: the game did not start\n%s", stage.console().c_str());
         std::exit(1);
@@ -211,44 +298,104 @@ double RunOne(const Rate& rate, long rounds)
     return Measure(rate, rounds);
 }
 
+struct Arguments {
+    bool json = false, peers = false, submit = false;
+    std::string only;
+    long rounds = 0;
+};
+
+// False for an argument that is not known.
+bool Read(int argc, char** argv, Arguments* out)
+{
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--json")
+            out->json = true;
+        else if (argument == "--peers")
+            out->peers = true;
+        else if (argument == "--submit")  // the other process of --peers
+            out->submit = true;
+        else if (argument == "--gl")
+            g_onGL = true;
+        else if (argument == "--only" && i + 1 < argc)
+            out->only = argv[++i];
+        else if (argument == "--rounds" && i + 1 < argc)
+            out->rounds = std::atol(argv[++i]);
+        else
+            return false;
+    }
+    return true;
+}
+
+int Unknown(const std::string& name)
+{
+    std::fprintf(stderr, "vexo-bench: nothing here is called %s\n", name.c_str());
+    return 2;
+}
+
+int RunRates(const Arguments& arguments)
+{
+    bool any = false;
+    if (arguments.json) std::printf("{");
+    for (const Rate& rate : Rates()) {
+        if (!arguments.only.empty() && arguments.only != rate.name) continue;
+        const double result = RunOne(rate, arguments.rounds);
+        if (arguments.json)
+            std::printf("%s\n  \"%s\": %.1f", any ? "," : "", rate.name, result);
+        else
+            std::printf("%-20s %14.1f  %s\n", rate.name, result, rate.unit);
+        std::fflush(stdout);
+        any = true;
+    }
+    if (arguments.json) std::printf("\n}\n");
+    return any ? 0 : Unknown(arguments.only);
+}
+
+void PrintScores(const ScoreList& scores, bool json)
+{
+    if (json) std::printf("{");
+    const char* comma = "";
+    for (const Score& score : scores) {
+        const double ours = score.ours * 1e3, theirs = score.theirs * 1e3;
+        if (json)
+            std::printf(
+                "%s\n  \"%s\": {\"ours_ms\": %.4f, \"peer\": \"%s\", \"peer_ms\": %.4f, "
+                "\"ratio\": %.3f}",
+                comma, score.name.c_str(), ours, score.peer.c_str(), theirs, theirs / ours);
+        else
+            std::printf("%-24s %9.3f ms  %-21s %9.3f ms  ratio %6.2f\n", score.name.c_str(), ours,
+                        score.peer.c_str(), theirs, theirs / ours);
+        comma = ",";
+    }
+    if (json) std::printf("\n}\n");
+    std::fflush(stdout);
+}
+
+int RunPeers(const Arguments& arguments)
+{
+    PeerOptions options{arguments.only, 12};
+    if (arguments.rounds > 0) options.repeats = static_cast<int>(arguments.rounds);
+    if (arguments.submit) return SubmitProcess(options);
+    ScoreList all;
+    for (const auto group : {PeersSoft, PeersSubmit, PeersGL, PeersFrame}) {
+        ScoreList scores;
+        group(options, &scores);
+        if (!arguments.json && !scores.empty()) PrintScores(scores, false);
+        all.insert(all.end(), scores.begin(), scores.end());
+    }
+    if (arguments.json) PrintScores(all, true);
+    return all.empty() ? Unknown(arguments.only) : 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    bool json = false, peers = false;
-    std::string only;
-    long rounds = 0;
-    for (int i = 1; i < argc; ++i) {
-        if (!std::strcmp(argv[i], "--json"))
-            json = true;
-        else if (!std::strcmp(argv[i], "--peers"))
-            peers = true;
-        else if (!std::strcmp(argv[i], "--only") && i + 1 < argc)
-            only = argv[++i];
-        else if (!std::strcmp(argv[i], "--rounds") && i + 1 < argc)
-            rounds = std::atol(argv[++i]);
-        else {
-            std::fputs(kHelp, std::strcmp(argv[i], "--help") ? stderr : stdout);
-            return std::strcmp(argv[i], "--help") ? 2 : 0;
-        }
+    Arguments arguments;
+    if (!Read(argc, argv, &arguments)) {
+        const bool asked = !std::strcmp(argv[argc - 1], "--help");
+        std::fputs(kHelp, asked ? stdout : stderr);
+        return asked ? 0 : 2;
     }
-    if (peers) {
-        if (RunPeers(only.c_str(), static_cast<int>(rounds)) > 0) return 0;
-        std::fprintf(stderr, "vexo-bench: no comparison is called %s\n", only.c_str());
-        return 2;
-    }
-    bool any = false;
-    if (json) std::printf("{");
-    for (const Rate& rate : Rates()) {
-        if (!only.empty() && only != rate.name) continue;
-        const double result = RunOne(rate, rounds);
-        if (json)
-            std::printf("%s\n  \"%s\": %.0f", any ? "," : "", rate.name, result);
-        else
-            std::printf("%-20s %14.0f  %s\n", rate.name, result, rate.unit);
-        any = true;
-    }
-    if (json) std::printf("\n}\n");
-    if (!any) std::fprintf(stderr, "vexo-bench: no rate is called %s\n", only.c_str());
-    return any ? 0 : 2;
+    return arguments.peers || arguments.submit ? RunPeers(arguments) : RunRates(arguments);
 }

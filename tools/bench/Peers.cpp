@@ -1,68 +1,75 @@
 #include "tools/bench/Peers.h"
 
-#include <SDL.h>
 #include <time.h>
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
-
-#if BENCH_PIXMAN
-#include <pixman.h>
-#endif
-
-#include "Files/Graphics/Batch.h"
-#include "Files/Graphics_API/Device.h"
-#include "Files/Graphics_API/Device_Soft.h"
-#include "Host/Host.h"
+#include <cmath>
 
 namespace {
 
-constexpr int kWidth = 854, kHeight = 480;
-constexpr int kSprite = 52, kSprites = 2000;
 constexpr double kTurn = 0.002;  // seconds: a turn does as many rounds as fill it
-constexpr int kPitch = kWidth * 4;
 
-using Pixels = std::vector<uint32_t>;
-
-// Two ways to do the same work.
-struct Duel {
-    std::string name;
-    const char* peer;
-    std::function<void()> ours, theirs;
-};
-
-// Seconds of this thread's own work, so that a busy machine disturbs less.
-double Now()
+double Seconds(clockid_t clock)
 {
     timespec time;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    clock_gettime(clock, &time);
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-// ---- pictures
-
-class Random {
+// One side of a duel.
+class Side {
 public:
-    uint32_t Next()
+    Side(const std::function<void()>& round, const std::function<void()>& enter, bool allThreads)
+        : round_(round), enter_(enter), allThreads_(allThreads)
     {
-        state_ ^= state_ << 13;
-        state_ ^= state_ >> 17;
-        state_ ^= state_ << 5;
-        return state_;
+        Turn();  // warms the caches, and what grows on first use
+        rounds_ = std::max(1, static_cast<int>(kTurn / Turn()));
+        best_ = 1e9;
     }
-    int Below(int limit) { return static_cast<int>(Next() % static_cast<uint32_t>(limit)); }
+    double Turn()
+    {
+        if (enter_) enter_();
+        const double start = Now();
+        for (int i = 0; i < rounds_; i++) round_();
+        const double passed = (Now() - start) / rounds_;
+        best_ = std::min(best_, passed);
+        return passed;
+    }
+    double Best() const { return best_; }
 
 private:
-    uint32_t state_ = 2463534242U;
+    double Now() const { return allThreads_ ? ProcessSeconds() : ThreadSeconds(); }
+    const std::function<void()>&round_, &enter_;
+    bool allThreads_;
+    int rounds_ = 1;
+    double best_ = 1e9;
 };
 
-// Any colour with any alpha but the two that loops may leave out.
+}  // namespace
+
+double ThreadSeconds()
+{
+    return Seconds(CLOCK_THREAD_CPUTIME_ID);
+}
+double ProcessSeconds()
+{
+    return Seconds(CLOCK_PROCESS_CPUTIME_ID);
+}
+
+void FightAll(const std::vector<Duel>& duels, const PeerOptions& options, ScoreList* scores)
+{
+    for (const Duel& duel : duels) {
+        if (!options.only.empty() && duel.name != options.only) continue;
+        Side ours(duel.ours, duel.enterOurs, duel.allThreads);
+        Side theirs(duel.theirs, duel.enterTheirs, duel.allThreads);
+        for (int i = 0; i < options.repeats; i++) {
+            ours.Turn();
+            theirs.Turn();
+        }
+        scores->push_back({duel.name, duel.peer, ours.Best(), theirs.Best()});
+    }
+}
+
 Pixels Noise(int width, int height)
 {
     Random random;
@@ -74,347 +81,25 @@ Pixels Noise(int width, int height)
     return pixels;
 }
 
-// A disc as sprites are: clear corners, a soft rim, a solid middle.
 Pixels Disc(int size)
 {
     Pixels pixels = Noise(size, size);
     const double radius = size / 2.0;
     for (int i = 0; i < size * size; i++) {
         const double x = i % size + 0.5 - radius, y = i / size + 0.5 - radius;
-        const double inside = std::clamp(radius - SDL_sqrt(x * x + y * y), 0.0, 1.5) / 1.5;
+        const double inside = std::clamp(radius - std::sqrt(x * x + y * y), 0.0, 1.5) / 1.5;
         uint32_t& pixel = pixels[static_cast<size_t>(i)];
         pixel = (pixel & 0xFFFFFF) | (static_cast<uint32_t>(inside * 255 + 0.5) << 24);
     }
     return pixels;
 }
 
-struct Place {
-    int x, y;
-};
-
-std::vector<Place> Places()
+std::vector<Spot> Spots()
 {
     Random random;
-    std::vector<Place> places;
+    std::vector<Spot> places;
     for (int i = 0; i < kSprites; i++)
-        places.push_back({random.Below(kWidth - kSprite), random.Below(kHeight - kSprite)});
+        places.push_back(
+            {random.Below(kPictureWidth - kSprite), random.Below(kPictureHeight - kSprite)});
     return places;
-}
-
-// ---- our device
-
-class Ours {
-public:
-    Ours()
-    {
-        Host_UseStage();
-        char error[256];
-        if (!Device_Soft.Open({kWidth, kHeight, false, 0, 0}, error, sizeof(error))) std::abort();
-        const float projection[16] = {
-            2.0F / kWidth, 0, 0, -1, 0, -2.0F / kHeight, 0, 1, 0, 0, 1.0F / 32000.0F,
-            0.5F,          0, 0, 0,  1};
-        Device_Soft.SetMatrix(DeviceMatrix::Projection, projection);
-        Device_Soft.SetRenderState(STATE_ALPHA_BLEND, 1);
-        Device_Soft.SetRenderState(STATE_SRC_BLEND, static_cast<uint32_t>(DeviceBlend::SrcAlpha));
-        Device_Soft.SetRenderState(STATE_DEST_BLEND,
-                                   static_cast<uint32_t>(DeviceBlend::InvSrcAlpha));
-        Device_Soft.SetSamplerState(0, SAMPLER_MAG, 1);
-        Device_Soft.SetSamplerState(0, SAMPLER_MIN, 1);
-        Device_Soft.Clear(CLEAR_COLOUR, 0xFF406080, 1, 0);
-    }
-    ~Ours() { Device_Soft.Close(); }
-    Ours(const Ours&) = delete;
-    Ours& operator=(const Ours&) = delete;
-
-    DeviceTexture* Texture(int width, int height, const Pixels& pixels) const
-    {
-        DeviceTexture* texture =
-            Device_Soft.CreateTexture(width, height, DeviceFormat::Argb8888, true, false);
-        Device_Soft.UpdateTexture(texture, {0, 0, width, height}, pixels.data(), width * 4);
-        return texture;
-    }
-
-    void Quad(float x, float y, float width, float height, uint32_t colour)
-    {
-        const VertexTextured a = {x, y, 0, colour, 0, 0}, b = {x + width, y, 0, colour, 1, 0};
-        const VertexTextured c = {x + width, y + height, 0, colour, 1, 1};
-        const VertexTextured d = {x, y + height, 0, colour, 0, 1};
-        const VertexTextured corner[4] = {a, b, c, d};
-        Corners(corner);
-    }
-
-    // Corners in their turn around the shape.
-    void Corners(const VertexTextured corner[4])
-    {
-        for (const int i : {0, 1, 2, 2, 3, 0}) vertices_.push_back(corner[i]);
-    }
-
-    void Send(DeviceTexture* texture)
-    {
-        Device_Soft.SetTexture(0, texture);
-        Device_Soft.DrawUp(DevicePrimitive::TriangleList, sizeof(VertexTextured), vertices_.data(),
-                           static_cast<int32_t>(vertices_.size()));
-        vertices_.clear();
-    }
-
-private:
-    std::vector<VertexTextured> vertices_;
-};
-
-// ---- SDL's software renderer, on a target of our own format
-
-class Sdl {
-public:
-    Sdl() : pixels_(static_cast<size_t>(kWidth * kHeight), 0xFF406080)
-    {
-        surface_ = SDL_CreateRGBSurfaceWithFormatFrom(pixels_.data(), kWidth, kHeight, 32, kPitch,
-                                                      SDL_PIXELFORMAT_ARGB8888);
-        renderer_ = SDL_CreateSoftwareRenderer(surface_);
-    }
-    ~Sdl()
-    {
-        for (SDL_Texture* texture : textures_) SDL_DestroyTexture(texture);
-        SDL_DestroyRenderer(renderer_);
-        SDL_FreeSurface(surface_);
-    }
-    Sdl(const Sdl&) = delete;
-    Sdl& operator=(const Sdl&) = delete;
-
-    SDL_Texture* Texture(int width, int height, const Pixels& pixels)
-    {
-        SDL_Texture* texture = SDL_CreateTexture(renderer_, SDL_PIXELFORMAT_ARGB8888,
-                                                 SDL_TEXTUREACCESS_STATIC, width, height);
-        SDL_UpdateTexture(texture, nullptr, pixels.data(), width * 4);
-        SDL_SetTextureBlendMode(texture, SDL_BLENDMODE_BLEND);
-        textures_.push_back(texture);
-        return texture;
-    }
-
-    void Copy(SDL_Texture* texture, int x, int y, int width, int height)
-    {
-        const SDL_Rect to = {x, y, width, height};
-        SDL_RenderCopy(renderer_, texture, nullptr, &to);
-    }
-
-    void CopyTurned(SDL_Texture* texture, int x, int y, int size, double angle)
-    {
-        const SDL_Rect to = {x, y, size, size};
-        SDL_RenderCopyEx(renderer_, texture, nullptr, &to, angle, nullptr, SDL_FLIP_NONE);
-    }
-
-    void Flush() { SDL_RenderFlush(renderer_); }
-
-private:
-    Pixels pixels_;
-    SDL_Surface* surface_;
-    SDL_Renderer* renderer_;
-    std::vector<SDL_Texture*> textures_;
-};
-
-// ---- comparisons
-
-void AddSprites(std::vector<Duel>& duels, Ours& ours, Sdl& sdl)
-{
-    static const std::vector<Place> places = Places();
-    for (const bool disc : {true, false}) {
-        const Pixels picture = disc ? Disc(kSprite) : Noise(kSprite, kSprite);
-        DeviceTexture* texture = ours.Texture(kSprite, kSprite, picture);
-        SDL_Texture* peer = sdl.Texture(kSprite, kSprite, picture);
-        duels.push_back({disc ? "sprites_2000" : "sprites_2000_mixed", "SDL software",
-                         [&ours, texture] {
-                             for (const Place& place : places)
-                                 ours.Quad(static_cast<float>(place.x), static_cast<float>(place.y),
-                                           kSprite, kSprite, 0xFFFFFFFF);
-                             ours.Send(texture);
-                         },
-                         [&sdl, peer] {
-                             for (const Place& place : places)
-                                 sdl.Copy(peer, place.x, place.y, kSprite, kSprite);
-                             sdl.Flush();
-                         }});
-    }
-}
-
-void AddFills(std::vector<Duel>& duels, Ours& ours, Sdl& sdl)
-{
-    static const Pixels noise = Noise(kWidth, kHeight);
-    DeviceTexture* texture = ours.Texture(kWidth, kHeight, noise);
-    struct Tint {
-        const char* name;
-        uint32_t colour;
-    };
-    for (const Tint tint : {Tint{"fill_tinted", 0xFFFF8040}, Tint{"fill_alpha", 0x80FFFFFF},
-                            Tint{"fill_tinted_alpha", 0x80FF8040}}) {
-        SDL_Texture* peer = sdl.Texture(kWidth, kHeight, noise);
-        const auto channel = [&](int shift) {
-            return static_cast<uint8_t>((tint.colour >> shift) & 255);
-        };
-        SDL_SetTextureColorMod(peer, channel(16), channel(8), channel(0));
-        SDL_SetTextureAlphaMod(peer, channel(24));
-        duels.push_back({tint.name, "SDL software",
-                         [&ours, texture, tint] {
-                             ours.Quad(0, 0, kWidth, kHeight, tint.colour);
-                             ours.Send(texture);
-                         },
-                         [&sdl, peer] {
-                             sdl.Copy(peer, 0, 0, kWidth, kHeight);
-                             sdl.Flush();
-                         }});
-    }
-}
-
-#if BENCH_PIXMAN
-
-pixman_image_t* Image(int width, int height, Pixels& pixels)
-{
-    return pixman_image_create_bits(PIXMAN_a8r8g8b8, width, height, pixels.data(), width * 4);
-}
-
-// Pixman blends colours that are already multiplied by their alpha: less work than
-// ours, which multiplies them too.
-void AddPixmanFill(std::vector<Duel>& duels, Ours& ours)
-{
-    static Pixels noise = Noise(kWidth, kHeight), target(noise.size(), 0xFF406080);
-    static Pixels multiplied = noise;
-    for (uint32_t& pixel : multiplied) {
-        const uint32_t alpha = pixel >> 24;
-        uint32_t made = alpha << 24;
-        for (int shift = 0; shift < 24; shift += 8)
-            made |= ((((pixel >> shift) & 255) * alpha + 127) / 255) << shift;
-        pixel = made;
-    }
-    DeviceTexture* texture = ours.Texture(kWidth, kHeight, noise);
-    pixman_image_t* from = Image(kWidth, kHeight, multiplied);
-    pixman_image_t* to = Image(kWidth, kHeight, target);
-    for (const char* loops : {"avx2", "sse2"}) {
-        if (!Device_Soft_SetLoops(loops)) continue;
-        duels.push_back({std::string("fill_blended_") + loops, "pixman",
-                         [&ours, texture, loops] {
-                             Device_Soft_SetLoops(loops);
-                             ours.Quad(0, 0, kWidth, kHeight, 0xFFFFFFFF);
-                             ours.Send(texture);
-                             Device_Soft_SetLoops("");
-                         },
-                         [from, to] {
-                             pixman_image_composite32(PIXMAN_OP_OVER, from, nullptr, to, 0, 0, 0, 0,
-                                                      0, 0, kWidth, kHeight);
-                         }});
-    }
-    Device_Soft_SetLoops("");
-}
-
-void AddStretch(std::vector<Duel>& duels, const Ours& ours, const char* name, int width, int height,
-                int wide, int high)
-{
-    static std::vector<Pixels> kept;
-    kept.reserve(32);
-    kept.push_back(Noise(width, height));
-    Pixels& source = kept.back();
-    kept.emplace_back(static_cast<size_t>(wide) * static_cast<size_t>(high));
-    DeviceTexture* texture = ours.Texture(width, height, source);
-    DeviceTexture* target = ours.Texture(wide, high, kept.back());
-    pixman_image_t* from = Image(width, height, source);
-    pixman_image_t* to = Image(wide, high, kept.back());
-    pixman_transform_t scale;
-    pixman_transform_init_scale(&scale, pixman_double_to_fixed(width / static_cast<double>(wide)),
-                                pixman_double_to_fixed(height / static_cast<double>(high)));
-    pixman_image_set_transform(from, &scale);
-    pixman_image_set_filter(from, PIXMAN_FILTER_BILINEAR, nullptr, 0);
-    pixman_image_set_repeat(from, PIXMAN_REPEAT_PAD);
-    duels.push_back({name, "pixman",
-                     [=] {
-                         Device_Soft.StretchRect(texture, {0, 0, width, height}, target,
-                                                 {0, 0, wide, high}, true);
-                     },
-                     [=] {
-                         pixman_image_composite32(PIXMAN_OP_SRC, from, nullptr, to, 0, 0, 0, 0, 0,
-                                                  0, wide, high);
-                     }});
-}
-
-#endif
-
-void AddTurned(std::vector<Duel>& duels, Ours& ours, Sdl& sdl)
-{
-    static const std::vector<Place> places = Places();
-    const Pixels picture = Disc(kSprite);
-    DeviceTexture* texture = ours.Texture(kSprite, kSprite, picture);
-    SDL_Texture* peer = sdl.Texture(kSprite, kSprite, picture);
-    SDL_SetTextureScaleMode(peer, SDL_ScaleModeLinear);
-    duels.push_back({"sprites_turned_200", "SDL software",
-                     [&ours, texture] {
-                         for (int i = 0; i < 200; i++) {
-                             const float x = static_cast<float>(places[static_cast<size_t>(i)].x);
-                             const float y = static_cast<float>(places[static_cast<size_t>(i)].y);
-                             const auto size = static_cast<float>(kSprite);
-                             const float c = 0.8F * size, s = 0.6F * size;
-                             const VertexTextured corner[4] = {
-                                 {x, y, 0, 0xFFFFFFFF, 0, 0},
-                                 {x + c, y + s, 0, 0xFFFFFFFF, 1, 0},
-                                 {x + c - s, y + s + c, 0, 0xFFFFFFFF, 1, 1},
-                                 {x - s, y + c, 0, 0xFFFFFFFF, 0, 1}};
-                             ours.Corners(corner);
-                         }
-                         ours.Send(texture);
-                     },
-                     [&sdl, peer] {
-                         for (int i = 0; i < 200; i++) {
-                             const Place& place = places[static_cast<size_t>(i)];
-                             sdl.CopyTurned(peer, place.x, place.y, kSprite, 36.869897645844);
-                         }
-                         sdl.Flush();
-                     }});
-}
-
-// The seconds of one round, from as many as fill a turn.
-double Turn(const std::function<void()>& round, int rounds)
-{
-    const double start = Now();
-    for (int i = 0; i < rounds; i++) round();
-    return (Now() - start) / rounds;
-}
-
-int RoundsFor(const std::function<void()>& round)
-{
-    round();  // warms the caches, and what grows on first use
-    return std::max(1, static_cast<int>(kTurn / Turn(round, 1)));
-}
-
-void Fight(const Duel& duel, int repeats)
-{
-    const int ourRounds = RoundsFor(duel.ours), theirRounds = RoundsFor(duel.theirs);
-    double ours = 1e9, theirs = 1e9;
-    for (int i = 0; i < repeats; i++) {
-        ours = std::min(ours, Turn(duel.ours, ourRounds));
-        theirs = std::min(theirs, Turn(duel.theirs, theirRounds));
-    }
-    std::printf("%-26s %9.3f ms  %-13s %9.3f ms  ratio %6.2f\n", duel.name.c_str(), ours * 1e3,
-                duel.peer, theirs * 1e3, theirs / ours);
-    std::fflush(stdout);
-}
-
-}  // namespace
-
-int RunPeers(const char* only, int repeats)
-{
-    Ours ours;
-    Sdl sdl;
-    std::vector<Duel> duels;
-    AddSprites(duels, ours, sdl);
-    AddFills(duels, ours, sdl);
-#if BENCH_PIXMAN
-    AddPixmanFill(duels, ours);
-    AddStretch(duels, ours, "stretch_2x", 427, 240, 854, 480);
-    AddStretch(duels, ours, "stretch_1.5x", 854, 480, 1280, 720);
-    AddStretch(duels, ours, "stretch_2.25x", 854, 480, 1920, 1080);
-    AddStretch(duels, ours, "stretch_0.8x", 854, 480, 683, 384);
-#endif
-    AddTurned(duels, ours, sdl);
-    int made = 0;
-    for (const Duel& duel : duels) {
-        if (*only && duel.name != only) continue;
-        Fight(duel, std::max(repeats, 12));
-        made++;
-    }
-    return made;
 }

@@ -3,6 +3,7 @@
 
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Bitmap.h"
+#include "Files/Run/Run_State.h"
 #include "Host/Host_Stage.h"
 #include "tests/Files/Graphics/support_Drawing.h"
 
@@ -141,6 +142,48 @@ TEST_F(TextureTest, OnDemandTexturesComeBackAfterAFlush)
     Texture_ReleaseAll();
     EXPECT_EQ(Texture_Get(slot)->texture->deviceTexture, nullptr);
     EXPECT_EQ(Shown(slot, 4, 2), kGreen);
+}
+
+// Every kind of source is made smaller on the device, drawn in its full size, and read
+// as it was stored.
+TEST_F(TextureTest, TheGlobalScaleMakesDeviceTexturesSmaller)
+{
+    g_TexturesOnDemand = true;
+    g_TextureGlobalScale = 2;
+    Bytes pixels;
+    for (int i = 0; i < 16; ++i)  // columns of red and of blue
+        for (const int value : {i % 2 ? 0 : 255, 0, i % 2 ? 255 : 0, 255})
+            pixels.push_back(static_cast<uint8_t>(value));
+    const Bytes raw = RawPage(4, 4, 0, pixels);
+    const int32_t encoded = Texture_CreateFromFile(raw.data(), static_cast<uint32_t>(raw.size()));
+    std::vector<uint32_t> words;
+    for (int i = 0; i < 16; ++i) words.push_back(i % 2 ? kBlue : kRed);
+    const int32_t kept = Texture_CreateFromPixels(4, 4, words.data(), 64);
+    for (const int32_t slot : {encoded, kept}) {
+        EXPECT_EQ(Shown(slot, 0, 0), 0xFF7F007FU) << "the mean of its four";
+        EXPECT_EQ(Shown(slot, 3, 3), 0xFF7F007FU);
+        EXPECT_EQ(Shown(slot, 4, 3), 0xFF000000U);
+        uint32_t pixel = 0;
+        ASSERT_TRUE(Texture_ReadPixels(slot, {1, 2, 2, 3}, &pixel));
+        EXPECT_EQ(pixel, kBlue);
+    }
+    ASSERT_TRUE(Texture_Update(kept, {0, 0, 4, 4}, std::vector<uint32_t>(16, kGreen).data()));
+    EXPECT_EQ(Shown(kept, 3, 3), kGreen);
+    Draw_SetColour(0);
+}
+
+TEST_F(TextureTest, CompressionThatTheDeviceLacksIsToldAndLeftOut)
+{
+    Graphics_Stop();
+    Console_SetFiles(nullptr, "");
+    g_Switches.compressTextures = true;
+    ASSERT_TRUE(Graphics_Start());
+    g_Switches.compressTextures = false;
+    EXPECT_FALSE(g_CompressTextures);
+    EXPECT_EQ(std::count(s_lines.begin(), s_lines.end(),
+                         "Textures are not compressed: the plain format is used\n"),
+              1);
+    Console_Init();
 }
 
 TEST_F(TextureTest, EntriesTakeTheSlotsOfTheirPages)
