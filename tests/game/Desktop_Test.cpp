@@ -56,7 +56,7 @@ TEST(Desktop, AFrameOnGLAllocatesNothing)
     Stage stage(OnGL());
     SKIP_WITHOUT_GL(stage);
     stage.room("room_level1").frames(40);  // every page has been needed once
-    PageDecoder_Settle();  // its thread counts, too
+    PageDecoder_Settle();                  // its thread counts, too
     const uint64_t before = MemoryManager::GetStats().calls;
     stage.frames(20);
     EXPECT_EQ(MemoryManager::GetStats().calls, before);
