@@ -77,6 +77,45 @@ TEST(PackBuild, SameContentGivesTheSameBytes)
     EXPECT_EQ(read.scripts[1].codeId, -1);
 }
 
+// What the cache gives back is what would be rendered; a changed drawing, a changed row
+// and a damaged entry are rendered anew, and what is no longer used is forgotten.
+TEST(PackBuild, TheCacheChangesNothing)
+{
+    Folder folder;
+    const std::string cache = folder.Path() + "/cache";
+    const auto draw = [&](const std::string& colour) {
+        folder.Put("art/box.svg",
+                   "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 9 9'><rect x='1' y='1' "
+                   "width='7' height='7' fill='" +
+                       colour + "'/></svg>");
+    };
+    const auto bytes = [&](const std::string& kept) {
+        const Tables tables = Tables_Read(folder.Path());
+        return archive::Write(
+            Build_Archive(folder.Path(), tables, Code_Plan(tables), kept).content);
+    };
+    const auto entries = [&] {
+        return std::distance(std::filesystem::directory_iterator(cache), {});
+    };
+    folder.Put("art/pictures.txt", "sScreen svg=box.svg\n");
+    draw("#ff0000");
+    const std::vector<uint8_t> red = bytes("");
+    EXPECT_EQ(bytes(cache), red);
+    const auto held = entries();
+    EXPECT_GE(held, 2) << "a picture and a page";
+    EXPECT_EQ(bytes(cache), red);
+    for (const auto& entry : std::filesystem::directory_iterator(cache)) {
+        std::filesystem::resize_file(entry.path(), std::filesystem::file_size(entry.path()) / 2);
+    }
+    EXPECT_EQ(bytes(cache), red) << "damaged entries";
+    draw("#0000ff");
+    EXPECT_EQ(bytes(cache), bytes(""));
+    EXPECT_NE(bytes(cache), red);
+    EXPECT_EQ(entries(), held) << "the red one is forgotten";
+    folder.Put("art/pictures.txt", "sScreen svg=box.svg view=0,0,4,4\n");
+    EXPECT_EQ(bytes(cache), bytes(""));
+}
+
 TEST(PackBuild, PlaceholdersAreTheWholePictureAndAreListed)
 {
     Folder folder;

@@ -59,6 +59,8 @@ Image Decode(const std::vector<uint8_t>& file)
 
 constexpr Colour kRed{20, 30, 200, 255}, kGreen{40, 180, 60, 255};
 
+Cache none{""};  // keeps nothing
+
 }  // namespace
 
 TEST(Pages, TrimsClearBordersAndRemembersWhereThePictureStood)
@@ -85,7 +87,7 @@ TEST(Pages, TrimsClearBordersAndRemembersWhereThePictureStood)
     EXPECT_EQ(filler.Entry(clear).width, 1);
     EXPECT_EQ(filler.Entry(clear).sourceHeight, 20);
 
-    const Image page = Decode(filler.Encode()[0].png);
+    const Image page = Decode(filler.Encode(none)[0].png);
     EXPECT_EQ(page.width, kPageSize);
     EXPECT_EQ(At(page, entry.x, entry.y), kRed);
     EXPECT_EQ(At(page, entry.x + 73, entry.y + 73), kRed);
@@ -107,7 +109,7 @@ TEST(Pages, BleedsSoThatFilteringShowsNoSeamAndNoDarkFringe)
         for (int x = 8; x < 12; ++x) Put(ring, x, y, {0, 0, 0, 0});
     const int hole = filler.Add(ring, "");
     ASSERT_TRUE(filler.Fill(error)) << error;
-    const Image page = Decode(filler.Encode()[0].png);
+    const Image page = Decode(filler.Encode(none)[0].png);
 
     const archive::PageEntry& a = filler.Entry(full);
     for (int i = 1; i <= kPageBleed; ++i) {
@@ -223,7 +225,7 @@ TEST(Pages, TheSamePicturesGiveTheSameBytes)
                 Boxed(90, 70, i % 7, i % 5, 40 + i, 30, {static_cast<uint8_t>(i), 5, 6, 200}),
                 i % 2 ? "even" : "");
         EXPECT_TRUE(filler.Fill(error));
-        return filler.Encode();
+        return filler.Encode(none);
     };
     const auto first = pages(), second = pages();
     ASSERT_EQ(first.size(), second.size());

@@ -44,8 +44,9 @@ Image Placeholder(const std::string& name, int width, int height)
 // Renders pictures and remembers where their page entries go once the pages are full.
 class Painter {
 public:
-    Painter(const std::string& folder, const Tables& tables, Built& built)
-        : tables_(tables), built_(built)
+    Painter(const std::string& folder, const Tables& tables, Built& built,
+            const std::string& cacheFolder)
+        : tables_(tables), built_(built), cache_(cacheFolder)
     {
         std::string error;
         if (!Pictures_Load(folder + "/art", library_, error)) Fail(error);
@@ -79,8 +80,11 @@ private:
             images.assign(static_cast<size_t>(frames), Placeholder(name, width, height));
             return images;
         }
+        const uint64_t key = Pictures_Key(library_, name, width, height, frames);
+        if (std::optional<std::vector<Image>> known = cache_.FindImages(key)) return *known;
         std::string error;
         if (!Pictures_Render(library_, name, width, height, frames, images, error)) Fail(error);
+        cache_.KeepImages(key, images);
         return images;
     }
 
@@ -139,11 +143,13 @@ private:
         for (size_t i = 0; i < fontPlaces_.size(); ++i) {
             content.fonts[i].entry = pages_.Entry(fontPlaces_[i]);
         }
-        content.pages = pages_.Encode();
+        content.pages = pages_.Encode(cache_);
+        cache_.Prune();
     }
 
     const Tables& tables_;
     Built& built_;
+    Cache cache_;
     PictureLibrary library_;
     PageFiller pages_;
     std::vector<std::vector<int>> spritePlaces_;
@@ -301,13 +307,14 @@ void Build_Objects(const Tables& tables, const CodePlan& plan, archive::Content&
     }
 }
 
-Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan)
+Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan,
+                    const std::string& cacheFolder)
 {
     Built built;
     archive::Content& content = built.content;
     content.general = tables.general;
     content.options = tables.options;
-    Painter painter(folder, tables, built);
+    Painter painter(folder, tables, built, cacheFolder);
     painter.Paint();
     BuildSounds(tables, content);
     for (size_t i = 0; i < tables.scripts.size(); ++i) {

@@ -19,8 +19,9 @@ struct Built {
 
 // Fills the archive's content from the tables and from levels/, art/, tilesets.txt and
 // scenery.txt in `folder`. Throws ContentError, or std::runtime_error with "file:line: what was
-// expected" from the pictures.
-Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan);
+// expected" from the pictures. Pictures are kept in `cacheFolder`, where there is one.
+Built Build_Archive(const std::string& folder, const Tables& tables, const CodePlan& plan,
+                    const std::string& cacheFolder = "");
 
 // The rooms alone, without tiles for backgrounds that are not `drawn`.
 void Build_Rooms(const std::string& folder, const Tables& tables, const CodePlan& plan,

@@ -13,16 +13,17 @@
 namespace {
 
 constexpr const char* kHelp =
-    "vexo-pack CONTENT_DIR [--archive FILE] [--generated DIR] [--list]\n"
+    "vexo-pack CONTENT_DIR [--archive FILE] [--generated DIR] [--cache DIR] [--list]\n"
     "  --archive FILE    write the archive\n"
     "  --generated DIR   write Names.h, Builtins.h and CodeTable.cpp\n"
+    "  --cache DIR       keep rendered pictures there and take unchanged ones from it\n"
     "  --list            print what is still to come: `placeholder` pictures, `later`\n"
     "                    functions, `empty` levels, `short` scenery, and a count of each\n"
     "                    kind of record\n"
     "An error in the content stops it with file, line and what was expected.\n";
 
 struct Arguments {
-    std::string content, archive, generated;
+    std::string content, archive, generated, cache;
     bool list = false;
 };
 
@@ -32,9 +33,12 @@ bool ReadArguments(int argc, char** argv, Arguments& out)
         std::string word = argv[i];
         if (word == "--list") {
             out.list = true;
-        } else if (word == "--archive" || word == "--generated") {
+        } else if (word == "--archive" || word == "--generated" || word == "--cache") {
             if (++i >= argc) return false;
-            (word == "--archive" ? out.archive : out.generated) = argv[i];
+            std::string& folder = word == "--archive"     ? out.archive
+                                  : word == "--generated" ? out.generated
+                                                          : out.cache;
+            folder = argv[i];
         } else if (word.rfind("--", 0) == 0 || !out.content.empty()) {
             return false;
         } else {
@@ -84,7 +88,7 @@ void Run(const Arguments& arguments)
 {
     pack::Tables tables = pack::Tables_Read(arguments.content);
     pack::CodePlan plan = pack::Code_Plan(tables);
-    pack::Built built = pack::Build_Archive(arguments.content, tables, plan);
+    pack::Built built = pack::Build_Archive(arguments.content, tables, plan, arguments.cache);
     if (!arguments.archive.empty()) {
         std::vector<uint8_t> bytes = archive::Write(built.content);
         WriteFile(arguments.archive, reinterpret_cast<const char*>(bytes.data()), bytes.size());

@@ -302,12 +302,19 @@ Image PageFiller::Paint(int page) const
     return sheet;
 }
 
-std::vector<archive::Page> PageFiller::Encode() const
+std::vector<archive::Page> PageFiller::Encode(Cache& cache) const
 {
     std::vector<archive::Page> pages;
     for (int page = 0; page < PageCount(); ++page) {
         archive::Page encoded;
-        encoded.png = Pages_Png(Paint(page));
+        const Image image = Paint(page);
+        const uint64_t key = Hash().Add("page").Add(image.bgra.data(), image.bgra.size()).Value();
+        if (std::optional<std::vector<uint8_t>> known = cache.FindBytes(key)) {
+            encoded.png = std::move(*known);
+        } else {
+            encoded.png = Pages_Png(image);
+            cache.KeepBytes(key, encoded.png);
+        }
         pages.push_back(std::move(encoded));
     }
     return pages;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Files/Base/Archive_Content.h"
+#include "tools/pack/Cache.h"
 #include "tools/pack/Pictures.h"
 
 namespace pack {
@@ -33,8 +34,8 @@ public:
     // After Fill: where picture `index` lies.
     const archive::PageEntry& Entry(int index) const;
 
-    // After Fill: the pages as PNG.
-    std::vector<archive::Page> Encode() const;
+    // After Fill: the pages as PNG; those that `cache` knows are taken from it.
+    std::vector<archive::Page> Encode(Cache& cache) const;
 
     // After Fill: share of the pages' area that pictures and their bled edges use, 0..1.
     double Usage() const;

@@ -9,6 +9,7 @@
 #include <map>
 #include <sstream>
 
+#include "tools/pack/Cache.h"
 #include "tools/pack/Cutouts.h"
 #include "tools/pack/Svg.h"
 
@@ -54,6 +55,7 @@ struct PictureLibrary::State {
     std::map<std::string, Row> rows;
     std::map<std::string, CutoutTable> cuts;               // by name in the table
     std::map<std::string, std::unique_ptr<SvgFile>> svgs;  // read at first use
+    std::map<std::string, uint64_t> hashes;                // of files, by name in the table
 };
 
 namespace {
@@ -433,6 +435,28 @@ std::vector<std::string> Pictures_Files(const PictureLibrary& library)
     std::sort(files.begin(), files.end());
     files.erase(std::unique(files.begin(), files.end()), files.end());
     return files;
+}
+
+uint64_t Pictures_Key(const PictureLibrary& library, const std::string& name, int width, int height,
+                      int frames)
+{
+    if (!Pictures_Has(library, name)) return 0;
+    State& state = *library.state;
+    const Row& row = state.rows[name];
+    Hash hash;
+    for (const std::string& file : {row.svg, row.cut}) {
+        uint64_t& known = state.hashes[file];
+        std::string text;
+        if (known == 0 && !file.empty() && ReadFile(state.folder + "/" + file, text))
+            known = Hash().Add(text).Value();
+        hash.Add(known);
+    }
+    hash.Add(row.animation);
+    for (const std::string& group : row.groups) hash.Add(group);
+    if (row.hasView) hash.Add(row.view, sizeof(row.view));
+    for (const int number : {row.flip ? 1 : 0, width, height, frames, kSamples})
+        hash.Add(static_cast<uint64_t>(number));
+    return hash.Value();
 }
 
 bool Pictures_Render(const PictureLibrary& library, const std::string& name, int width, int height,

@@ -52,6 +52,11 @@ std::vector<std::string> Pictures_Files(const PictureLibrary& library);
 bool Pictures_Render(const PictureLibrary& library, const std::string& name, int width, int height,
                      int frames, std::vector<Image>& out, std::string& error);
 
+// A number that changes with all that Pictures_Render makes a picture from; 0 for a name
+// without a row.
+uint64_t Pictures_Key(const PictureLibrary& library, const std::string& name, int width, int height,
+                      int frames);
+
 // A flat box with the name written into it, as large as fits.
 Image Pictures_Placeholder(const std::string& name, int width, int height);
 
