@@ -17,11 +17,6 @@ constexpr BuiltinRow kParticleRows[] = {
     {"effect_create_above", NotThereYet, 5},
 };
 
-constexpr BuiltinRow kSecureRows[] = {
-    {"ds_map_secure_load", NotThereYet, 1},
-    {"ds_map_secure_save", NotThereYet, 2},
-};
-
 constexpr BuiltinRow kVexoRows[] = {
     {"url_open", NotThereYet, 1},
 };
@@ -43,9 +38,5 @@ void Function_Vexo_Register()
     Function_VirtualKeys_Register();
 }
 
-void Function_Buffers_Register()
-{
-    Function_AddRows(kSecureRows);
-}
 // The game names nothing of these.
 void Function_Camera_Register() {}

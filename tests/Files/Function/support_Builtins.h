@@ -25,6 +25,7 @@ protected:
         Function_Shaders_Register();
         Function_Vexo_Register();
         Function_DS_Register();
+        Function_Buffers_Register();
     }
     void TearDown() override
     {
