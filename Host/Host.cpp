@@ -1,3 +1,6 @@
 #include "Host/Host.h"
 
+#include "Host/Host_Pads.h"
+
 Host g_Host{};
+HostPadTable g_HostPads{};

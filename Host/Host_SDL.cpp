@@ -371,6 +371,7 @@ const HostWindowTable kWindowTable = {
 
 void Host_UseSDL()
 {
+    g_HostPads = sdl::kPadTable;
     g_Host = Host{
         .name = "desktop",
         .headlessWindow = false,

@@ -4,6 +4,7 @@
 #include <SDL.h>
 
 #include "Host/Host.h"
+#include "Host/Host_Pads.h"
 
 namespace sdl {
 
@@ -21,6 +22,7 @@ extern Window g_window;
 
 extern const HostWindowTable kWindowTable;
 extern const HostDialogTable kDialogTable;
+extern const HostPadTable kPadTable;
 
 // ---- pixels and points. SDL counts sizes and places in points, of which a sharp desktop
 // has fewer than pixels; the runtime counts in pixels throughout.

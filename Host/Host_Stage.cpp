@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "Host/Host_Stage_Pads.h"
 #include "Host/Posix_Files.h"
 
 namespace {
@@ -238,6 +239,7 @@ const HostProcessTable kProcess = {
 void Host_UseStage()
 {
     S();
+    g_HostPads = kStagePads;
     g_Host = Host{"stage", true, kWindow, kClock, kFiles, kDialogs, kProcess};
 }
 
@@ -245,11 +247,13 @@ void Stage_Reset()
 {
     VxDelete(g_stage);
     g_stage = nullptr;
+    Stage_ResetPads();
     S();
 }
 
 void Stage_Quit()
 {
+    Stage_ResetPads();
     VxDelete(g_stage);
     g_stage = nullptr;
 }

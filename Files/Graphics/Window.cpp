@@ -8,6 +8,7 @@
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Surface.h"
+#include "Files/IO/GamePad.h"
 #include "Files/IO/IO.h"
 #include "Files/Run/Run_State.h"
 
@@ -256,6 +257,8 @@ void Window_Proc(const HostMessage& message)
             PostQuit();
             return;
         case HostMessageType::DeviceChange:
+            GamePad_Rescan();
+            return;
         case HostMessageType::Quit:
             return;
     }

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "Files/IO/GamePad.h"
 #include "Files/IO/IO_Record.h"
 #include "Files/IO/VirtualKeys.h"
 #include "Files/Run/Run_State.h"
@@ -142,6 +143,7 @@ void IO_Update()
     CopyKeys();
     CopyMouse();
     ClearMessageLatches();
+    GamePad_Poll();
     Record_WriteFrame();
 }
 

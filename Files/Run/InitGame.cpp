@@ -15,6 +15,7 @@
 #include "Files/Graphics/Draw_State.h"
 #include "Files/Graphics/Text.h"
 #include "Files/Graphics/Window.h"
+#include "Files/IO/GamePad.h"
 #include "Files/IO/IO.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
@@ -154,6 +155,7 @@ bool InitGame()
     Trace("Create Window");
     if (!Window_Create(g_GameHeader.defaultWindowWidth, g_GameHeader.defaultWindowHeight))
         return false;
+    GamePad_Init();
     if (!OpenGraphics()) return false;
     Trace("IO Init");
     IO_Init();

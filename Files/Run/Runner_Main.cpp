@@ -8,6 +8,7 @@
 #include "Files/Font/CFontSW.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Graphics/Window.h"
+#include "Files/IO/GamePad.h"
 #include "Files/IO/IO.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
@@ -107,6 +108,7 @@ void Finish()
     Constant_Init();
     Function_Init();
     GR_D3D_Quit();
+    GamePad_Quit();
     Window_Destroy();
     Archive_Quit();
     Audio_Quit();

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -13,12 +14,14 @@
 #include "Files/Graphics/Bitmap.h"
 #include "Files/Graphics/Window.h"
 #include "Files/Graphics_API/Device.h"
+#include "Files/IO/GamePad.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
 #include "Files/Room/Room_Main.h"
 #include "Files/Run/Run_Modules.h"
 #include "Files/Variable/Variable_BuiltIn.h"
 #include "Host/Host_Stage.h"
+#include "Host/Host_Stage_Pads.h"
 #include "game/Attachment.h"
 #include "tests/support/StateHash.h"
 
@@ -55,7 +58,9 @@ void BlockInWindow(int32_t millis)
 void UseWindow(double pace)
 {
     const Host stage = g_Host;
+    const HostPadTable pads = g_HostPads;
     Host_UseSDL();
+    g_HostPads = pads;
     const HostWindowTable window = g_Host.window;
     g_Host = stage;
     g_Host.window = window;
@@ -223,6 +228,53 @@ Stage& Stage::walk(const std::string& steps)
         frames(perCell - 1);
     }
     return *this;
+}
+
+namespace {
+
+constexpr int kTriggerBits = 0x0C00;  // the places of both triggers
+
+// The bit of each button's constant, from gp_face1 on.
+constexpr uint16_t kPadBits[] = {0x1000, 0x2000, 0x4000, 0x8000, 0x0100, 0x0200, 0x0400, 0x0800,
+                                 0x0020, 0x0010, 0x0040, 0x0080, 0x0001, 0x0002, 0x0004, 0x0008};
+
+}  // namespace
+
+PadHands& PadHands::press(int button, double how_far)
+{
+    HostPadState& state = Stage_Pad(slot_);
+    const int bit = kPadBits[button - 0x8001];
+    const auto pulled = static_cast<uint8_t>(how_far * 255);
+    if ((bit & kTriggerBits) != 0)
+        (bit == 0x0400 ? state.leftTrigger : state.rightTrigger) = pulled;
+    else
+        state.buttons =
+            static_cast<uint16_t>(how_far > 0 ? state.buttons | bit : state.buttons & ~bit);
+    return *this;
+}
+
+PadHands& PadHands::axis(int axis, double value)
+{
+    HostPadState& state = Stage_Pad(slot_);
+    int16_t* const axes[] = {&state.leftX, &state.leftY, &state.rightX, &state.rightY};
+    const bool vertical = axis % 2 == 0;
+    *axes[axis - 0x8011] =
+        static_cast<int16_t>(std::clamp((vertical ? -value : value) * 32768, -32768.0, 32767.0));
+    return *this;
+}
+
+void PadHands::pull_out()
+{
+    Stage_PlugPad(slot_, false);
+}
+
+PadHands Stage::pad(int slot)
+{
+    if (!GamePad_At(slot)->connected) {
+        Stage_PlugPad(slot, true);
+        Process_Messages();
+    }
+    return PadHands(slot);
 }
 
 Stage& Stage::mouse(int x, int y)

@@ -22,6 +22,19 @@ struct Picture {
     std::vector<uint32_t> pixels;  // 0xAARRGGBB, top row first
 };
 
+// Hands on a pad, by the script's constants ("gp_face1" is 0x8001).
+class PadHands {
+public:
+    explicit PadHands(int slot) : slot_(slot) {}
+    PadHands& press(int button, double how_far = 1);  // a trigger goes as far as one likes
+    PadHands& release(int button) { return press(button, 0); }
+    PadHands& axis(int axis, double value);  // -1 to 1; up and left are below 0
+    void pull_out();
+
+private:
+    int slot_;
+};
+
 class Stage {
 public:
     struct Options {
@@ -61,6 +74,7 @@ public:
     Stage& play(const std::string& script);  // see KeyScript.h
     // Steps by W, A, S, D, one cell each, as quickly as the game speed allows.
     Stage& walk(const std::string& steps);
+    PadHands pad(int slot);      // of slots 0 to 3; the first call plugs it in
     Stage& mouse(int x, int y);  // client pixels
     Stage& click(int x, int y);  // left button, down and up over two frames
 

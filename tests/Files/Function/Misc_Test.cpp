@@ -69,9 +69,6 @@ TEST_F(BuiltinsTest, WithoutSoundAndPads)
     Call("gamepad_set_axis_deadzone", {0.0, 0.5});
     EXPECT_EQ(Number("gamepad_axis_value", {0.0, double(0x8011)}), 0);
     EXPECT_TRUE(Reports().empty());
-    // What only seems to work would be forgotten.
-    Call("gamepad_is_connected", {0.0});
-    ExpectReport("gamepad_is_connected is not there yet");
 }
 
 TEST_F(BuiltinsTest, WithoutAServiceOfAchievements)
