@@ -40,7 +40,7 @@ BUILTIN(draw_set_alpha)
 
 BUILTIN(draw_get_alpha)
 {
-    SetReal(result, static_cast<double>(Draw_GetAlpha()));
+    SetReal(result, Draw_GetAlpha());
 }
 
 BUILTIN(draw_point)

@@ -64,9 +64,9 @@ void Draw_SetAlpha(double alpha)
     drawColourARGB = (drawColourARGB & 0xFFFFFFU) | static_cast<uint32_t>(drawAlpha) << 24;
 }
 
-float Draw_GetAlpha()
+double Draw_GetAlpha()
 {
-    return static_cast<float>(drawAlpha) / 255.0F;
+    return drawAlpha / 255.0;
 }
 
 void Primitive_Begin(int32_t kind, int32_t textureSlot)

@@ -15,7 +15,7 @@ void DrawState_Init();
 void Draw_SetColour(uint32_t colour);  // 0x00BBGGRR
 uint32_t Draw_GetColour();
 void Draw_SetAlpha(double alpha);
-float Draw_GetAlpha();
+double Draw_GetAlpha();
 // A script colour under the draw alpha, as a vertex word.
 uint32_t Draw_VertexWord(uint32_t colour);
 void Draw_SetCirclePrecision(int32_t segments);

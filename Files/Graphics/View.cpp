@@ -18,6 +18,7 @@ bool g_CullingOff;
 
 namespace {
 
+constexpr uint32_t kAllChannels = 15;  // of the colour mask
 constexpr float kCameraZ = -16000.0F;
 constexpr float kDegree = 3.1415927F / 180.0F;
 
@@ -80,6 +81,7 @@ void ClearByQuad(uint32_t flags, uint32_t colour)
     for (const int32_t state : {STATE_Z_ENABLE, STATE_ALPHA_TEST, STATE_FOG_ENABLE,
                                 STATE_ALPHA_BLEND, STATE_STENCIL_ENABLE})
         GpuState_Set(state, 0);
+    GpuState_Set(STATE_COLOUR_WRITE, kAllChannels);  // a clear knows no mask
     Matrix_SetDevice(DeviceMatrix::View, kIdentityMatrix);
     Matrix_SetDevice(DeviceMatrix::Projection, kIdentityMatrix);
     auto* v = static_cast<VertexTextured*>(

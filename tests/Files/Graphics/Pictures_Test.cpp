@@ -21,6 +21,17 @@ TEST_P(Pictures, AreAsTheyWereKept)
     EXPECT_EQ(SceneStage().Draw(GetParam(), Device_Soft, Host_UseStage), first);
 }
 
+// However the vertices travel, and whether clears are drawn or not.
+TEST_P(Pictures, AreTheSameByEveryWayOfDrawing)
+{
+    const KeptPicture usual = SceneStage().Draw(GetParam(), Device_Soft, Host_UseStage);
+    for (const auto way : {&Switches::multiVb, &Switches::noVb, &Switches::intel}) {
+        SceneStage stage;
+        stage.switches.*way = true;
+        EXPECT_TRUE(stage.Draw(GetParam(), Device_Soft, Host_UseStage) == usual);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Scenes, Pictures, testing::ValuesIn(AllScenes()),
                          [](const auto& scene) { return std::string(scene.param.name); });
 

@@ -151,18 +151,21 @@ void Primitives(SceneStage& s)
 // Clears that are drawn as quads look like any other, whatever the states are.
 void ManualClears(SceneStage& s)
 {
+    const bool manual = g_IntelMode;
     g_IntelMode = true;
     s.call("texture_set_blending", 0);
     s.call("draw_set_alpha_test", 1);
     s.call("draw_set_alpha_test_ref_value", 200);
+    s.call("draw_set_colour_write_enable", 1, 0, 0, 0);
     s.call("draw_clear_alpha", kOrange, 0.25);
+    s.call("draw_set_colour_write_enable", 1, 1, 1, 1);
     s.call("draw_set_alpha_test", 0);
     s.call("texture_set_blending", 1);
     View_SetPort(10, 10, 30, 20);
     s.call("draw_clear", kBlue);
     View_SetWindow();
     s.call("draw_sprite", s.card, 0, 60, 30);
-    g_IntelMode = false;
+    g_IntelMode = manual;
 }
 
 constexpr SceneRow kScenes[] = {

@@ -105,6 +105,8 @@ std::vector<SceneRow> AllScenes()
 KeptPicture SceneStage::Draw(const SceneRow& row, const DeviceTable& device, void (*useHost)())
 {
     World::SetUp();
+    g_Switches = switches;
+    g_IntelMode = switches.intel;
     Function_Graphic_Register();
     Function_Resource_Register();
     useHost();
@@ -124,6 +126,8 @@ KeptPicture SceneStage::Draw(const SceneRow& row, const DeviceTable& device, voi
     EXPECT_EQ(device.Counts().buffers, 0) << row.name;
     device.Close();
     g_Device = nullptr;
+    g_IntelMode = false;
+    Function_Init();
     World::TearDown();
     return picture;
 }

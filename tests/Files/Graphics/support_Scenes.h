@@ -9,6 +9,7 @@
 #include "Files/Base/Archive_Records.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics_API/Device.h"
+#include "Files/Run/Run_State.h"
 #include "Files/Sprite/CSprite.h"
 #include "tests/Files/Graphics/support_Pictures.h"
 #include "tests/Files/support_World.h"
@@ -37,6 +38,7 @@ class SceneStage final : public World {
 public:
     // The host that `useHost` picks stays behind the device.
     KeptPicture Draw(const SceneRow& row, const DeviceTable& device, void (*useHost)());
+    Switches switches;  // of the command line
 
     // A built-in, called by the instance that draws, if one does; its result as a number.
     template <class... Arguments>
