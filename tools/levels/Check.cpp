@@ -34,6 +34,14 @@ constexpr double kLeastDifference = 0.15;  // of the floors of two levels
 
 using Place = std::pair<int, int>;  // pixels
 
+// Rain falls in these, the sun shines in the others.
+bool Rains(int number)
+{
+    constexpr std::array<int, 10> kRain = {10, 20, 23, 27, 30, 34, 40, 90, 98, 99};
+    return (number >= 71 && number <= 80) ||
+           std::find(kRain.begin(), kRain.end(), number) != kRain.end();
+}
+
 Place StartOf(int number)
 {
     if (number == 1) return {364, 260};
@@ -107,6 +115,9 @@ void CheckRoom(const pack::Tables& tables, const LevelFile& file, std::vector<st
     for (const char* one : {"oControl", "oPause", "oMusica", "oClock"}) {
         expect(room.Count(one) == 1, std::string("expected one ") + one);
     }
+    expect(room.OneAt(Rains(number) ? "oChuva" : "oRaiosDeSol", {0, 0}) &&
+               room.Count(Rains(number) ? "oRaiosDeSol" : "oChuva") == 0,
+           Rains(number) ? "expected weather rain" : "expected weather sun");
     const int boxes = kBoxes[static_cast<size_t>(number - 1)];
     expect(room.Count("oMonte") == boxes, "expected " + std::to_string(boxes) + " boxes");
     expect(room.Count(TargetOf(number)) == boxes,

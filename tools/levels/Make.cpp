@@ -203,7 +203,7 @@ private:
             Finish(level);
             if (level.keys.empty()) continue;
             if (!Refusal(level.board, level.measures, least_).empty()) continue;
-            if (!best || Beauty(level.measures) > Beauty(best->measures)) best = level;
+            if (!best || Worth(level) > Worth(*best)) best = level;
         }
     }
 
@@ -226,10 +226,19 @@ private:
         return static_cast<int>(level.pushes.size()) >= least_;
     }
 
+    // A form that is to be recognised loses by every cell that was taken from it.
+    double Worth(const MadeLevel& level) const
+    {
+        const bool form = settings_.boxes <= 5 && (settings_.world == 3 || settings_.world == 5);
+        return Beauty(level.measures) - (form ? 2.5 * level.lost : 0);
+    }
+
     void Finish(MadeLevel& level) const
     {
         level.board.floor |= Bit(second_);
+        const int before = Count(level.board.floor);
         TakeAwayUnused(level.board, level.pushes, settings_.world == 1);
+        level.lost = before - Count(level.board.floor);
         level.keys = Keys(level.board, level.pushes, level.board.PlayerTwo());
         if (!level.keys.empty()) level.measures = Measure(level.board, level.keys);
     }
@@ -244,11 +253,19 @@ private:
         level.positions = solution.nodes;
         level.bound = solution.bound;
         level.fewest = solution.fewest;
+        Pushes better = solution.pushes;
         if (solution.verdict != Verdict::solved) {
-            return !proved && solution.verdict == Verdict::gaveUp;
+            if (proved || solution.verdict != Verdict::gaveUp) return false;
+            better = level.pushes;
+            for (size_t window : {20u, 32u, 48u, 24u}) {
+                const Pushes polished = Polish(level.board, better, window, 20'000);
+                if (!Keys(level.board, polished, level.board.PlayerTwo()).empty()) {
+                    better = polished;
+                }
+            }
         }
-        if (solution.pushes.size() < level.pushes.size()) {
-            level.pushes = Tidy(level.board, solution.pushes);
+        if (better.size() < level.pushes.size()) {
+            level.pushes = Tidy(level.board, better);
             Finish(level);
             if (level.keys.empty()) return false;
             if (!Refusal(level.board, level.measures, least_).empty()) return false;

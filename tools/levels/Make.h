@@ -29,6 +29,7 @@ struct MadeLevel {
     Pushes pushes;
     std::string keys, shape;
     Measures measures;
+    int lost = 0;            // cells of the form that became walls
     bool fewest = false;     // `pushes` is proved to be the fewest
     int bound = 0;           // of pushes
     uint32_t positions = 0;  // that the solver saw

@@ -28,7 +28,8 @@ struct Shape {
 // Empty floor when this throw of the dice gave none.
 Shape Shape_Make(const ShapeSettings& settings, Random& random);
 
-// One of the drawings of world 5, seven rows high, its middle in the gate's column.
-Shape Shape_Drawing(Random& random);
+// One of the drawings of world 5, seven rows high, its middle in the gate's column; for an
+// area that no drawing has, a creature by chance.
+Shape Shape_Drawing(int area, Random& random);
 
 }  // namespace levels

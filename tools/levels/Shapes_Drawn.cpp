@@ -94,8 +94,38 @@ constexpr Drawing kDrawings[] = {
 
 }  // namespace
 
-Shape Shape_Drawing(Random& random)
+namespace {
+
+// A creature of no name, alike on both sides: its body, then pixels beside it.
+Shape Sprite(int area, Random& random)
 {
+    auto both = [](int column, int row) {
+        return Bit(CellAt(8 + column, row)) | Bit(CellAt(8 - column, row));
+    };
+    Shape shape;
+    shape.name = "creature";
+    const int wide = random.Between(3, 4);
+    for (int row = 4; row <= 8; ++row) {
+        for (int column = 0; column <= wide; ++column) shape.floor |= both(column, row);
+    }
+    for (int tries = 0; tries < 200 && Count(shape.floor) < area; ++tries) {
+        const int column = random.Between(1, 6), row = random.Between(3, 9);
+        const Bits pixel = both(column, row);
+        if (Beside(pixel) & shape.floor) shape.floor |= pixel;
+    }
+    for (int eyes = random.Between(2, 4); eyes > 0; --eyes) {
+        shape.floor &= ~both(random.Between(1, wide), random.Between(5, 7));
+    }
+    shape.floor |= both(0, 3) | both(0, 4) | both(0, 8);
+    return shape;
+}
+
+}  // namespace
+
+Shape Shape_Drawing(int area, Random& random)
+{
+    constexpr int kLargest = 50;  // cells of a drawing, about
+    if (area >= kLargest) return Sprite(area, random);
     const Drawing& drawing = kDrawings[random.Below(static_cast<int>(std::size(kDrawings)))];
     const bool mirrored = random.Chance(50);
     Shape shape;

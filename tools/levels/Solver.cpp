@@ -192,4 +192,36 @@ Solution Solve(const Board& board, const SolveLimits& limits)
     return Search(board, limits).Run();
 }
 
+Pushes Polish(const Board& board, const Pushes& pushes, size_t window, uint32_t nodes)
+{
+    Pushes way = pushes;
+    const size_t step = std::max<size_t>(1, window / 4);
+    for (size_t from = 0; from < way.size(); from += step) {
+        const size_t to = std::min(way.size(), from + window);
+        // The level that begins before the window and ends behind it.
+        Board part = board;
+        for (size_t i = 0; i < from; ++i) {
+            part.boxes = (part.boxes & ~Bit(way[i].box)) | Shift(Bit(way[i].box), way[i].direction);
+            part.start = way[i].box;
+        }
+        part.targets = part.boxes;
+        for (size_t i = from; i < to; ++i) {
+            part.targets =
+                (part.targets & ~Bit(way[i].box)) | Shift(Bit(way[i].box), way[i].direction);
+            part.exit = way[i].box;
+        }
+        if (to == way.size()) part.exit = board.exit;
+        if (part.targets == part.boxes) continue;
+        SolveLimits limits;
+        limits.nodes = nodes;
+        const Solution better = Solve(part, limits);
+        if (better.verdict != Verdict::solved || better.pushes.size() >= to - from) continue;
+        Pushes next(way.begin(), way.begin() + static_cast<long>(from));
+        next.insert(next.end(), better.pushes.begin(), better.pushes.end());
+        next.insert(next.end(), way.begin() + static_cast<long>(to), way.end());
+        way = next;
+    }
+    return way;
+}
+
 }  // namespace levels

@@ -37,4 +37,9 @@ struct Solution {
 
 Solution Solve(const Board& board, const SolveLimits& limits = {});
 
+// A solution that is no longer than `pushes`: every window of so many pushes is replaced
+// by the fewest between the same two positions, as far as the search finds them soon.
+// Method: vicinity search (as solution optimisers of this puzzle have it).
+Pushes Polish(const Board& board, const Pushes& pushes, size_t window, uint32_t nodes);
+
 }  // namespace levels

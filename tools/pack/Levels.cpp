@@ -126,11 +126,15 @@ PlacedInstance ReadInstance(const Tables& tables, const Row& row)
     return placed;
 }
 
-// The words behind the row's name, as one text.
+// All that stands behind the row's name, as one text.
 std::string HeadText(const Row& row)
 {
     std::string text;
-    for (const std::string& word : row.Words()) text += (text.empty() ? "" : " ") + word;
+    for (const Field& field : row.fields) {
+        field.used = true;
+        text += text.empty() ? "" : " ";
+        text += field.key.empty() ? field.value : field.key + "=" + field.value;
+    }
     return text;
 }
 
