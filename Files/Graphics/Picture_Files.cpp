@@ -36,6 +36,11 @@ int32_t TransparentNeighbours(const uint32_t* pixels, int32_t width, int32_t hei
     return count;
 }
 
+bool IsGIF(const uint8_t* bytes, uint32_t size)
+{
+    return size >= 4 && std::memcmp(bytes, "GIF8", 4) == 0;
+}
+
 }  // namespace
 
 uint8_t* Picture_ReadFile(const char* name, uint32_t* size)
@@ -75,10 +80,13 @@ CBitmap32* Picture_Load(const char* name)
         g_DebugConsole->Output("Picture file %s was not found\n", name);
         return nullptr;
     }
-    CBitmap32* bitmap = CBitmap32::FromBytes(bytes, size);
-    MemoryManager::Free(bytes);
-    if (!bitmap)
+    CBitmap32* bitmap = nullptr;
+    if (IsGIF(bytes, size))
+        g_DebugConsole->Output("Picture file %s is a GIF, which is not read: save it as a PNG\n",
+                               name);
+    else if (!(bitmap = CBitmap32::FromBytes(bytes, size)))
         g_DebugConsole->Output("Picture file %s can't be read: a PNG or JPEG is expected\n", name);
+    MemoryManager::Free(bytes);
     return bitmap;
 }
 

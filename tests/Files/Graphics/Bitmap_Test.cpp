@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "Files/Base/Console.h"
+#include "Files/Graphics/Picture_Files.h"
 #include "Files/Graphics/TextureSlots.h"
 #include "Host/Host.h"
 #include "Host/Host_Stage.h"
@@ -278,6 +279,44 @@ TEST_F(Bitmap, JPEGsWholeAndBroken)
     EXPECT_NEAR(pixel & 255, 50, 3);
     for (size_t size = 0; size + 2 < bytes.size(); size += 7)
         EXPECT_EQ(decode(Bytes(bytes.begin(), bytes.begin() + static_cast<long>(size))).width, -1);
+}
+
+// What scripts load: JPEGs as they are, and GIFs not at all, which is told.
+TEST_F(Bitmap, PictureFilesOfScripts)
+{
+    const std::string folder = testing::TempDir() + "bitmap_pictures/";
+    g_Host.files.MakeFolder(folder.c_str(), 0700);
+    Stage_SetFolder(folder.c_str());
+    Stage_SetDataFolder(folder.c_str());
+    static std::string told;
+    told.clear();
+    Console_Init();
+    Console_SetFiles(nullptr, "");
+    Console_SetSink([](void*, const char* text) { told += text; }, nullptr);
+    const auto write = [&](const char* name, const Bytes& bytes) {
+        g_Host.files.WriteAll((folder + name).c_str(), bytes.data(),
+                              static_cast<uint32_t>(bytes.size()));
+    };
+    write("photo.jpg", MakeJPEG());
+    write("moving.gif", {'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0, 0, 0});
+    write("text.png", Bytes(40, 'x'));
+    CBitmap32* photo = Picture_Load("photo.jpg");
+    ASSERT_NE(photo, nullptr) << told;
+    EXPECT_EQ(photo->width * 100 + photo->height, 3232);
+    EXPECT_EQ(photo->data[99] >> 24, 255U);
+    VxDelete(photo);
+    EXPECT_EQ(told, "");
+    EXPECT_EQ(Picture_Load("moving.gif"), nullptr);
+    EXPECT_EQ(told, "Picture file moving.gif is a GIF, which is not read: save it as a PNG\n");
+    told.clear();
+    EXPECT_EQ(Picture_Load("text.png"), nullptr);
+    EXPECT_NE(told.find("can't be read: a PNG or JPEG is expected"), std::string::npos) << told;
+    Console_SetSink(nullptr, nullptr);
+    Console_Quit();
+    for (const char* name : {"photo.jpg", "moving.gif", "text.png"})
+        g_Host.files.Delete((folder + name).c_str());
+    g_Host.files.RemoveFolder(folder.c_str());
+    Stage_Reset();
 }
 
 // "BM" files of two rows of 24 bits, the bottom one first.

@@ -186,7 +186,7 @@ Pixels Noise(int32_t width, int32_t height, uint32_t seed)
     Pixels pixels(static_cast<size_t>(width) * static_cast<size_t>(height));
     for (uint32_t& pixel : pixels) {
         pixel = static_cast<uint32_t>(random());
-        const uint32_t kind = random() % 3;
+        const auto kind = static_cast<uint32_t>(random() % 3);
         if (kind == 0) pixel |= 0xFF000000;
         if (kind == 1) pixel &= 0x00FFFFFF;
     }
