@@ -305,9 +305,11 @@ TEST_F(Bitmap, PictureFilesOfScripts)
     EXPECT_EQ(photo->width * 100 + photo->height, 3232);
     EXPECT_EQ(photo->data[99] >> 24, 255U);
     VxDelete(photo);
-    EXPECT_EQ(told, "");
+    EXPECT_EQ(told.find("Picture file"), std::string::npos) << told;
     EXPECT_EQ(Picture_Load("moving.gif"), nullptr);
-    EXPECT_EQ(told, "Picture file moving.gif is a GIF, which is not read: save it as a PNG\n");
+    EXPECT_NE(told.find("Picture file moving.gif is a GIF, which is not read: save it as a PNG\n"),
+              std::string::npos)
+        << told;
     told.clear();
     EXPECT_EQ(Picture_Load("text.png"), nullptr);
     EXPECT_NE(told.find("can't be read: a PNG or JPEG is expected"), std::string::npos) << told;
