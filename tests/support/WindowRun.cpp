@@ -42,7 +42,7 @@ std::string StartServer(pid_t* server)
         Silence();
         const std::string end = std::to_string(ends[1]);
         execlp("Xvfb", "Xvfb", "-displayfd", end.c_str(), "-screen", "0", "1280x1024x24",
-               "-nolisten", "tcp", static_cast<char*>(nullptr));
+               "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(ends[1]);
