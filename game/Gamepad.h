@@ -5,6 +5,11 @@
 
 enum PadButton : int32_t {
     gp_face1 = 32769,
+    gp_face2 = 32770,
+    gp_face4 = 32772,
+    gp_shoulderl = 32773,
+    gp_shoulderr = 32774,
+    gp_select = 32777,
     gp_start = 32778,
     gp_padu = 32781,
     gp_padd = 32782,
@@ -14,6 +19,8 @@ enum PadButton : int32_t {
 enum PadAxis : int32_t {
     gp_axislh = 32785,  // of the left stick, -1 to 1: below 0 is left
     gp_axislv = 32786,  // below 0 is up
+    gp_axisrh = 32787,  // of the right stick
+    gp_axisrv = 32788,
 };
 
 // A stick within the dead zone reads 0.

@@ -1,9 +1,8 @@
 // The end of a level: a figure walked out through the open gate. All book-keeping of
 // the campaign happens here, in one event.
 
-#include <cstdio>
-
 #include "game/Figure.h"
+#include "game/Map.h"
 #include "game/Milestones.h"
 
 namespace {
@@ -28,12 +27,6 @@ constexpr Board worldBoards[worlds] = {
     {rankingMundo5, 21, tempoMundo5},
 };
 constexpr int wholeGameEntry = 22;
-
-// The key of a level's state in the save file.
-struct LevelKey {
-    char text[24];
-    explicit LevelKey(int level) { snprintf(text, sizeof text, "Level%d", level); }
-};
 
 // The level just finished stays finished, and the next one opens. One that is open or
 // finished already keeps its state.

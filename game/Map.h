@@ -1,7 +1,15 @@
 #pragma once
-// Ways to the map of the levels.
+// Ways to the map of the levels, and their state in the save file.
+
+#include <cstdio>
 
 #include "game/Rules.h"
+
+// The key of a level's state in the save file.
+struct LevelKey {
+    char text[24];
+    explicit LevelKey(int level) { snprintf(text, sizeof text, "Level%d", level); }
+};
 
 // The map opens on the page of the farthest level that is unlocked.
 void fade_to_map(CInstance* self);

@@ -4,6 +4,7 @@
 #include "game/Figure.h"
 #include "game/Gamepad.h"
 #include "game/Map.h"
+#include "game/Pads.h"
 
 namespace {
 
@@ -12,21 +13,27 @@ struct GameSpeed {
     const char* word;
     double pixels;      // a frame
     double imageSpeed;  // pictures a frame while walking
+    const char* next;
 };
 constexpr GameSpeed gameSpeeds[] = {
-    {"fast", 13, 0.7},
-    {"normal", 4, 0.3},
-    {"slow", 2, 0.15},
+    {"fast", 13, 0.7, "slow"},
+    {"normal", 4, 0.3, "fast"},
+    {"slow", 2, 0.15, "normal"},
 };
 
 // A word that is none of the three leaves the speed as it was.
+void take_speed_of_word()
+{
+    for (const GameSpeed& speed : gameSpeeds)
+        if (gameType.is(speed.word)) movePlayerSpeed = speed.pixels;
+}
+
 void take_game_speed()
 {
     ini_open("SaveGame.sav");
     gameType = ini_read_string("preferencias", "velocidade", "normal");
     ini_close();
-    for (const GameSpeed& speed : gameSpeeds)
-        if (gameType.is(speed.word)) movePlayerSpeed = speed.pixels;
+    take_speed_of_word();
 }
 
 // The animation follows the game speed in every frame.
@@ -58,6 +65,7 @@ void forget_pad_keys(CInstance* self)
          {controla_key_right, controla_key_left, controla_key_down, controla_key_up,
           controla_key_pause, controla_key_modo, controla_key_desfaz})
         self->var(held) = 0;
+    self->var(key_voltar) = 0;
 }
 
 // Keys of an earlier room do not reach into this one.
@@ -92,6 +100,23 @@ void forget_movement_keys()
 {
     for (const Key key : {keyLeft, keyRight, keyUp, keyDown, keyW, keyA, keyS, keyD})
         keyboard_clear(key);
+}
+
+// The next speed: slow, normal, fast, and slow again.
+RValue& vxl_Script_scr_change_speed(CInstance* self, CInstance* other, RValue& result, int,
+                                    RValue**)
+{
+    Frame frame(self, other);
+    for (const GameSpeed& speed : gameSpeeds) {
+        if (!gameType.is(speed.word)) continue;
+        gameType = speed.next;
+        break;
+    }
+    take_speed_of_word();
+    ini_open("SaveGame.sav");
+    ini_write_string("preferencias", "velocidade", gameType.ref().get().text());
+    ini_close();
+    return result;
 }
 
 // ==== player one, who stands in the room and brings player two in
@@ -133,6 +158,7 @@ void vxl_Object_oPlayerArrows_Step(CInstance* self, CInstance* other)
         oControl.var(s_t) = keyboard_check(keyT);
     }
     oControl.var(s_p) = player_mode_icon();
+    pad_of_player_one(self);
     note_boxes(self, playerOne);
     set_walking_speed(self);
 }
@@ -198,6 +224,7 @@ void vxl_Object_oPlayerArrows2_Step(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
     if (touchControls) show_on_screen_controls(playerTwo);
+    pad_of_player_two(self);
     note_boxes(self, playerTwo);
     set_walking_speed(self);
 }

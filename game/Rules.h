@@ -21,7 +21,9 @@ inline bool on_touch_platform()
 
 // Keys by the letters that they type.
 enum Key : int32_t {
+    keyBackspace = 8,
     keyEnter = 13,
+    keyP = 'P',
     keySpace = 32,
     keyLeft = 37,
     keyUp = 38,
@@ -31,7 +33,9 @@ enum Key : int32_t {
     keyD = 'D',
     keyS = 'S',
     keyT = 'T',
+    keyU = 'U',
     keyW = 'W',
+    keyZ = 'Z',
 };
 
 // Colours are 0xBBGGRR.

@@ -14,13 +14,15 @@ namespace {
 
 TEST(Idle, AFrameOfAnIdleLevelAllocatesNothing)
 {
-    for (const char* level : {"room_level1", "room_level8"}) {
-        Stage stage;
-        stage.room(level).frames(40);  // every page and mask has been needed once
-        const uint64_t before = MemoryManager::GetStats().calls;
-        stage.frames(200);
-        EXPECT_EQ(MemoryManager::GetStats().calls, before) << level;
-    }
+    for (const char* mode : {"onePlayer", "twoPlayersOne"})
+        for (const char* level : {"room_level1", "room_level8"}) {
+            Stage stage;
+            playerMode = mode;
+            stage.room(level).frames(40);  // every page and mask has been needed once
+            const uint64_t before = MemoryManager::GetStats().calls;
+            stage.frames(200);
+            EXPECT_EQ(MemoryManager::GetStats().calls, before) << level << ' ' << mode;
+        }
 }
 
 TEST(Idle, ALevelIsAHandfulOfDrawCalls)

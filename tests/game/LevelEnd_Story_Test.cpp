@@ -4,7 +4,6 @@
 #include <cstring>
 #include <vector>
 
-#include "Files/Function/Function_Registry.h"
 #include "tests/game/support_Level.h"
 #include "tests/support/Solution.h"
 
@@ -71,11 +70,6 @@ void NotYet(RValue& result, CInstance*, CInstance*, int, RValue* args)
 void SetAchievement(RValue&, CInstance*, CInstance*, int, RValue* args)
 {
     g_posts.push_back(VXGetText(&args[0]));
-}
-
-void Serve(const char* name, BuiltinRoutine routine)
-{
-    const_cast<FunctionRecord*>(Function_Record(Function_Find(name)))->routine = routine;
 }
 
 void BringInServices()
@@ -291,7 +285,22 @@ TEST(Clock, StandsWhenItDoesNotCountAndItsAlarmLapses)
     EXPECT_EQ(level.stage.variable(clock, "totalTime"), 0) << "until it is armed anew";
 }
 
-// ---- the campaign begins anew
+// ---- the campaign goes on, or begins anew
+
+TEST(Campaign, GoesOnAtTheFarthestPageAndPostsWhatAnotherInstallationReached)
+{
+    LevelStory level("onePlayer", "fast",
+                     "[Levels]\r\nLevel3=\"2.000000\"\r\nLevel10=\"1.000000\"\r\n"
+                     "Level11=\"0.000000\"\r\n",
+                     "room_menu3");
+    BringInServices();
+    RValue result;
+    CInstance* caller = Room_CreateInstance(0, 0, oContinueProgresso.index);
+    vxl_Script_scr_continua(caller, caller, result, 0, nullptr);
+    EXPECT_EQ(g_posts, (std::vector<std::string>{"FirstSteps", "GrassLand_Part1Finished"}));
+    level.stage.frames(14);
+    EXPECT_EQ(level.stage.room_name(), "room_menu1");
+}
 
 TEST(Campaign, TheWipeKeepsLanguageAndTime)
 {

@@ -76,6 +76,22 @@ TEST(Walk, AWordThatIsNoSpeedLeavesTheSpeedOfBefore)
     EXPECT_TRUE(std::isnan(stage.global("movePlayerSpeed")));
 }
 
+TEST(Walk, TheSpeedGoesRoundAndIsStoredAtOnce)
+{
+    Stage stage;
+    stage.room("room_level1").frames(2);
+    for (const Speed& next :
+         {Speed{"fast", 4, 0.7F}, Speed{"slow", 26, 0.15F}, Speed{"normal", 13, 0.3F}}) {
+        CInstance* figure = stage.find(oPlayerArrows);
+        RValue result;
+        vxl_Script_scr_change_speed(figure, figure, result, 0, nullptr);
+        EXPECT_EQ(stage.global_text("gameType"), next.word);
+        EXPECT_EQ(movePlayerSpeed, 52.0 / next.frames);
+        EXPECT_NE(stage.save_file().find(std::string("velocidade=\"") + next.word + "\""),
+                  std::string::npos);
+    }
+}
+
 TEST(Walk, AWallStopsTheFigureInItsCellAndEachFrameAgainstItIsRecorded)
 {
     Stage stage;
