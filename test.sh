@@ -21,10 +21,10 @@ git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror ||
 build "$preset"
 say "Testing ($preset)"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1
-# A screen for the tests of the GL device, when there is none. Under the sanitizers
-# they are skipped: the GL driver's own leaks would fail them.
+# A screen for the tests of the GL device, when there is none; it stays up between two of
+# them. Under the sanitizers they are skipped: the GL driver's own leaks would fail them.
 screen=
-[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || screen="xvfb-run -a"
+[ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || screen="xvfb-run -a -s -noreset"
 [ "$preset" = release ] || screen="env -u DISPLAY -u WAYLAND_DISPLAY"
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT

@@ -100,6 +100,8 @@ TEST_P(WindowStory, FromTheFirstFrameToTheCross)
     int32_t kept = Surface_Create(32, 32);
     user_->resize(500, 300);
     ASSERT_TRUE(Until([] { return g_Display.clientWidth == 500; }));
+    ExpectPicture(20, 150);
+    EXPECT_EQ(g_Display.backbufferWidth, 320);
     EXPECT_NE(Surface_Get(kept), nullptr);
     ASSERT_TRUE(Until([] { return g_Display.backbufferWidth == 500; }));
     EXPECT_EQ(Surface_Get(kept), nullptr);
