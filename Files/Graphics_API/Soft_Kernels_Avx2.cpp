@@ -129,32 +129,26 @@ inline Wide MixNormal(Wide s, Wide d)
     return Narrow(MulHigh16(Add16(low, lacking), scale), MulHigh16(Add16(high, lacking), scale));
 }
 
-// Bytes of two rows by turns, and both rows' sum with weights, once and three times.
-struct Weighed {
-    Wide once, thrice;
-};
-
-inline Wide WeaveLow(Wide a, Wide b)
+// ---- bytes
+inline Wide Average8(Wide a, Wide b)  // the larger one where there are two
 {
-    return _mm256_unpacklo_epi8(a, b);
+    return _mm256_avg_epu8(a, b);
 }
-inline Wide WeaveHigh(Wide a, Wide b)
+inline Wide Sub8(Wide a, Wide b)
 {
-    return _mm256_unpackhi_epi8(a, b);
+    return _mm256_sub_epi8(a, b);
 }
-
-template <int32_t kFirst, int32_t kSecond>
-inline Weighed Weigh(Wide woven)
+inline Wide And(Wide a, Wide b)
 {
-    constexpr int32_t kWeights = kFirst | (kSecond << 8);
-    return {_mm256_maddubs_epi16(woven, Set16(kWeights)),
-            _mm256_maddubs_epi16(woven, Set16(kWeights * 3))};
+    return _mm256_and_si256(a, b);
 }
-
-// The nearest of a sixteenth.
-inline Wide Sixteenth(Wide value)
+inline Wide Or(Wide a, Wide b)
 {
-    return _mm256_mulhrs_epi16(value, Set16(2048));
+    return _mm256_or_si256(a, b);
+}
+inline Wide Xor(Wide a, Wide b)
+{
+    return _mm256_xor_si256(a, b);
 }
 
 // Two columns' texels, four in all.

@@ -109,34 +109,26 @@ inline Wide MixNormal(Wide s, Wide d)
                   MixNormalHalf(SpreadHigh(s), SpreadHigh(d), _mm_unpackhi_epi8(half, d)));
 }
 
-// Bytes of two rows by turns, and both rows' sum with weights, once and three times.
-struct Weighed {
-    Wide once, thrice;
-};
-
-inline Wide WeaveLow(Wide a, Wide b)
+// ---- bytes
+inline Wide Average8(Wide a, Wide b)  // the larger one where there are two
 {
-    return _mm_unpacklo_epi8(a, b);
+    return _mm_avg_epu8(a, b);
 }
-inline Wide WeaveHigh(Wide a, Wide b)
+inline Wide Sub8(Wide a, Wide b)
 {
-    return _mm_unpackhi_epi8(a, b);
+    return _mm_sub_epi8(a, b);
 }
-
-template <int32_t kFirst, int32_t kSecond>
-inline Weighed Weigh(Wide woven)
+inline Wide And(Wide a, Wide b)
 {
-    static_assert(kFirst * kSecond == 3);
-    const Wide first = _mm_and_si128(woven, Set16(255)), second = ShiftRight16(woven, 8);
-    const Wide larger = kFirst == 3 ? first : second;
-    const Wide once = Add16(Add16(first, second), Add16(larger, larger));
-    return {once, Add16(once, Add16(once, once))};
+    return _mm_and_si128(a, b);
 }
-
-// The nearest of a sixteenth.
-inline Wide Sixteenth(Wide value)
+inline Wide Or(Wide a, Wide b)
 {
-    return ShiftRight16(Add16(value, Set16(8)), 4);
+    return _mm_or_si128(a, b);
+}
+inline Wide Xor(Wide a, Wide b)
+{
+    return _mm_xor_si128(a, b);
 }
 
 inline __m128i MixPair(__m128i texels, uint32_t weights);

@@ -144,15 +144,30 @@ void StretchRowPair(uint32_t* out, const uint16_t* above, const uint16_t* below,
     g_SoftScalar.StretchRows(out + i, above + i * 4, below + i * 4, fraction, count - i);
 }
 
-inline void StoreDoubled(uint32_t* out, const Weighed left[2], const Weighed right[2])
+// The pixels between four texels, of which the nearest counts nine times, its neighbours
+// three times and the far one once, in sixteenths:
+//
+//     (9a + 3b + 3c + d + 8) / 16 = (a + m + 1) / 2,  m = ((a + b + c + d) / 2 + b + c) / 4
+//
+// and m is made of averages of bytes, each rounded up, from which the bit is taken back
+// that was rounded in. After the upsampling of chroma in libwebp (P. Massimino, 2011).
+struct Quarters {
+    Wide inner, outer;  // m for a and d, which take b and c more, and for b and c
+};
+
+inline Quarters QuartersOf(Wide a, Wide b, Wide c, Wide d)
 {
-    const auto mix = [](Wide thrice, Wide once) { return Sixteenth(Add16(thrice, once)); };
-    StoreByTurns(out,
-                 Narrow(mix(left[0].thrice, right[0].once), mix(left[1].thrice, right[1].once)),
-                 Narrow(mix(right[0].thrice, left[0].once), mix(right[1].thrice, left[1].once)));
+    const Wide one = Set32(0x01010101);
+    const Wide outer = Average8(a, d), inner = Average8(b, c);
+    const Wide outerBit = Xor(a, d), innerBit = Xor(b, c), bit = Xor(outer, inner);
+    const Wide all = Sub8(Average8(outer, inner), And(Or(Or(outerBit, innerBit), bit), one));
+    const auto towards = [&](Wide pair, Wide pairBit) {
+        const Wide lost = Or(And(pairBit, bit), Xor(all, pair));
+        return Sub8(Average8(all, pair), And(lost, one));
+    };
+    return {towards(inner, innerBit), towards(outer, outerBit)};
 }
 
-// Down first, where both rows share what was loaded, then across.
 void DoubleRowPair(uint32_t* upper, uint32_t* lower, const uint32_t* above, const uint32_t* below,
                    int32_t pairs)
 {
@@ -160,16 +175,11 @@ void DoubleRowPair(uint32_t* upper, uint32_t* lower, const uint32_t* above, cons
     for (; i + kLanes <= pairs; i += kLanes) {
         __builtin_prefetch(upper + i * 2 + kAhead, 1);
         __builtin_prefetch(lower + i * 2 + kAhead, 1);
-        const Wide a = Load(above + i), b = Load(below + i);
-        const Wide nextA = Load(above + i + 1), nextB = Load(below + i + 1);
-        const Wide left[2] = {WeaveLow(a, b), WeaveHigh(a, b)};
-        const Wide right[2] = {WeaveLow(nextA, nextB), WeaveHigh(nextA, nextB)};
-        const Weighed leftUp[2] = {Weigh<3, 1>(left[0]), Weigh<3, 1>(left[1])};
-        const Weighed rightUp[2] = {Weigh<3, 1>(right[0]), Weigh<3, 1>(right[1])};
-        StoreDoubled(upper + i * 2, leftUp, rightUp);
-        const Weighed leftDown[2] = {Weigh<1, 3>(left[0]), Weigh<1, 3>(left[1])};
-        const Weighed rightDown[2] = {Weigh<1, 3>(right[0]), Weigh<1, 3>(right[1])};
-        StoreDoubled(lower + i * 2, leftDown, rightDown);
+        const Wide a = Load(above + i), b = Load(above + i + 1);
+        const Wide c = Load(below + i), d = Load(below + i + 1);
+        const Quarters m = QuartersOf(a, b, c, d);
+        StoreByTurns(upper + i * 2, Average8(a, m.inner), Average8(b, m.outer));
+        StoreByTurns(lower + i * 2, Average8(c, m.outer), Average8(d, m.inner));
     }
     g_SoftScalar.DoubleRows(upper + i * 2, lower + i * 2, above + i, below + i, pairs - i);
 }
