@@ -134,3 +134,18 @@ void vxl_Object_oPersonagemCapa2_Step(CInstance* self, CInstance* other)
     Frame frame(self, other);
     if (risen(self)) self->var(vspeed) = 0;
 }
+
+// The same pair stands over the end of the last level.
+void vxl_Object_oPersonagemFinal_Create(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    start_rise(self, 3);
+    self->var(image_index) = 0;
+}
+
+void vxl_Object_oPersonagemFinal2_Create(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    start_rise(self, -3);
+    self->var(image_index) = 0;
+}

@@ -185,8 +185,12 @@ TEST(LevelEnd, TheLastLevelHasAScreenOfItsOwn)
     idioma = "portugues";
     Finish(level, 100);
     EXPECT_EQ(level.stage.find(oFimFase)->image_index, 3);
-    EXPECT_EQ(level.stage.count(oPersonagemFinal), 1);
-    EXPECT_EQ(level.stage.count(oPersonagemFinal2), 1);
+    level.stage.frames(60);
+    for (const Object character : {oPersonagemFinal, oPersonagemFinal2}) {
+        ASSERT_EQ(level.stage.count(character), 1);
+        EXPECT_EQ(level.stage.find(character)->y, 188) << "risen";
+        EXPECT_EQ(level.stage.find(character)->vspeed, 0);
+    }
 }
 
 TEST(LevelEnd, BackspaceLeadsToTheFarthestPageByOneFade)

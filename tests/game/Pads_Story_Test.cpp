@@ -1,8 +1,5 @@
 // Stories of pads that press the keys of the figures.
 
-#include <map>
-#include <set>
-
 #include "game/Gamepad.h"
 #include "tests/game/support_Level.h"
 
@@ -10,66 +7,51 @@ using namespace names;
 
 namespace {
 
-using Input = std::pair<int, int>;  // slot and number
-std::set<Input> g_down, g_pressed;
-std::map<Input, double> g_axes;
-
-Input Asked(RValue* args)
-{
-    return {static_cast<int>(REAL_RValue(&args[0])), static_cast<int>(REAL_RValue(&args[1]))};
-}
-void Down(RValue& result, CInstance*, CInstance*, int, RValue* args)
-{
-    SetReal(result, g_down.count(Asked(args)) > 0);
-}
-void Pressed(RValue& result, CInstance*, CInstance*, int, RValue* args)
-{
-    SetReal(result, g_pressed.count(Asked(args)) > 0);
-}
-void Axis(RValue& result, CInstance*, CInstance*, int, RValue* args)
-{
-    SetReal(result, g_axes[Asked(args)]);
-}
-
+// Both pads are there before the level begins.
 struct PadStory : LevelStory {
     explicit PadStory(const char* mode) : LevelStory(mode)
     {
-        g_down.clear();
-        g_pressed.clear();
-        g_axes.clear();
-        Serve("gamepad_button_check", Down);
-        Serve("gamepad_button_check_pressed", Pressed);
-        Serve("gamepad_axis_value", Axis);
+        stage.pad(0);
+        stage.pad(1);
+        Enter("room_level1");
         stage.clear_console();
     }
     // A button goes down and up again.
     void Press(int slot, int button)
     {
-        g_pressed.insert({slot, button});
+        stage.pad(slot).press(button);
         stage.frames(1);
-        g_pressed.clear();
+        stage.pad(slot).release(button);
         stage.frames(20);
+    }
+    // A stick is held for a few frames.
+    void Push(int slot, int axis, double value)
+    {
+        stage.pad(slot).axis(axis, value);
+        stage.frames(3);
+        stage.pad(slot).axis(axis, 0);
+        stage.frames(30);
     }
 };
 
 TEST(Pads, AStickWalksAFrameLaterAndItsReleaseStops)
 {
     PadStory level("onePlayer");
-    g_axes[{0, gp_axislh}] = 0.6;
+    level.stage.pad(0).axis(gp_axislh, 0.4);
+    level.stage.frames(5);
+    EXPECT_EQ(level.one->x, 364) << "within the dead zone";
+    level.stage.pad(0).axis(gp_axislh, 0.8);
     level.stage.frames(1);
     EXPECT_EQ(level.one->x, 364);
     level.stage.frames(1);
     EXPECT_EQ(level.one->x, 368);
-    g_axes.clear();
+    level.stage.pad(0).axis(gp_axislh, 0);
     level.stage.frames(30);
     EXPECT_EQ(level.one->x, 416);
     EXPECT_EQ(level.one->hspeed, 0);
     EXPECT_NE(level.stage.console().find("vk_right ativa!!\n"), std::string::npos);
     EXPECT_NE(level.stage.console().find("vk_right desativa!!\n"), std::string::npos);
-    g_down.insert({0, gp_padu});
-    level.stage.frames(3);
-    g_down.clear();
-    level.stage.frames(30);
+    level.Press(0, gp_padu);
     EXPECT_AT(level.one, 416, 208);
     EXPECT_EQ(level.stage.variable(level.one, "controla_key_up"), 0);
 }
@@ -87,9 +69,9 @@ TEST(Pads, ButtonsUndoRestartAndChangeTheMode)
     level.Look();
     EXPECT_AT(level.one, 364, 260);
     EXPECT_EQ(undoAtual, 0);
-    g_down.insert({0, gp_select});
-    level.stage.frames(3);
-    g_down.clear();
+    level.stage.pad(0).press(gp_select);
+    level.stage.frames(4);
+    level.stage.pad(0).release(gp_select);
     EXPECT_EQ(level.stage.count(oTransicao), 1) << "back to the map";
 }
 
@@ -97,10 +79,7 @@ TEST(Pads, TwoPlayersShareAPadOrHaveOneEach)
 {
     PadStory shared("twoPlayersOne");
     Put(shared.two, 208, 156);
-    g_axes[{0, gp_axisrh}] = 1;
-    shared.stage.frames(3);
-    g_axes.clear();
-    shared.stage.frames(30);
+    shared.Push(0, gp_axisrh, 1);
     EXPECT_AT(shared.two, 260, 156);
     EXPECT_AT(shared.one, 364, 260);
     shared.Press(0, gp_shoulderr);
@@ -111,11 +90,9 @@ TEST(Pads, ThePadOfPlayerTwoIsTheSecondSlot)
 {
     PadStory apart("twoPlayersTwo");
     Put(apart.two, 208, 156);
-    g_axes[{0, gp_axisrh}] = 1;
-    g_axes[{1, gp_axislv}] = 1;
-    apart.stage.frames(3);
-    g_axes.clear();
-    apart.stage.frames(30);
+    apart.Push(0, gp_axisrh, 1);
+    EXPECT_AT(apart.two, 208, 156);
+    apart.Push(1, gp_axislv, 1);
     EXPECT_AT(apart.two, 208, 208);
     apart.Press(1, gp_shoulderl);
     EXPECT_AT(apart.two, 208, 156);
