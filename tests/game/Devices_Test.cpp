@@ -1,5 +1,5 @@
 // The game's own pictures on the GL device: those of the soft one within two steps of 255
-// a channel, but for 5 pixels of 1000.
+// a channel, but for 5 pixels of 1000; and neither asks for memory once a level stands.
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 
 #include "Files/Graphics/Batch.h"
 #include "Files/Graphics_API/Device.h"
+#include "Platform/MemoryManager.h"
 #include "tests/support/Stage.h"
 
 namespace {
@@ -39,7 +40,10 @@ Picture LevelOn(const Stage::Options& options, const char* level, const DeviceTa
     Stage stage(options);
     if (!stage.started()) return {};
     EXPECT_STREQ(g_Device->name, device.name);
-    stage.room(level).frames(30);
+    stage.room(level).frames(40);
+    const uint64_t before = MemoryManager::GetStats().calls;
+    stage.frames(30);
+    EXPECT_EQ(MemoryManager::GetStats().calls, before) << level << " on " << device.name;
     EXPECT_GT(g_GraphicsStats.drawCalls, 0);
     EXPECT_LE(g_GraphicsStats.drawCalls, 12) << level << " on " << device.name;
     return stage.picture();
