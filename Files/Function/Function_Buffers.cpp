@@ -315,6 +315,5 @@ constexpr BuiltinRow kRows[] = {
 
 void Function_Buffers_Register()
 {
-    Buffer_Quit();
     Function_AddRows(kRows);
 }

@@ -50,7 +50,6 @@ constexpr BuiltinRow kRows[] = {
 
 void Function_DS_Register()
 {
-    DS_Quit();
     Function_AddRows(kRows);
     Function_DS_RegisterMaps();
     Function_DS_RegisterLists();

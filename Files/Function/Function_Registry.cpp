@@ -3,6 +3,8 @@
 #include <cstring>
 
 #include "Files/Base/Console.h"
+#include "Files/Data/Buffer.h"
+#include "Files/Data/DS_Tables.h"
 #include "Files/Script/Script_Main.h"
 #include "Files/Variable/Variable_BuiltIn.h"
 #include "Platform/MemoryManager.h"
@@ -50,6 +52,8 @@ constexpr Family kFamilies[] = {
 void Function_Init()
 {
     Function_File_Close();
+    DS_Quit();
+    Buffer_Quit();
     MemoryManager::Free(g_records);
     g_records = nullptr;
     g_recordCount = g_recordCapacity = 0;
