@@ -25,6 +25,21 @@ TEST(Idle, AFrameOfAnIdleLevelAllocatesNothing)
         }
 }
 
+TEST(Idle, AFrameOfTheScreensBeforeItAllocatesNothing)
+{
+    const struct {
+        const char* room;
+        int seen;  // frames after which each picture was shown once
+    } screens[] = {{"room_intro", 112}, {"room_idioma", 4}, {"room_titulo", 260}};
+    for (const auto& screen : screens) {
+        Stage stage;
+        stage.room(screen.room).frames(screen.seen);
+        const uint64_t before = MemoryManager::GetStats().calls;
+        stage.frames(60);
+        EXPECT_EQ(MemoryManager::GetStats().calls, before) << screen.room;
+    }
+}
+
 TEST(Idle, ALevelIsAHandfulOfDrawCalls)
 {
     Stage stage;

@@ -6,12 +6,15 @@
 #include <cmath>
 #include <functional>
 
+#include "Files/Object/Object_Main.h"
+#include "Files/Variable/Variable_BuiltIn.h"
 #include "game/Rules.h"
 #include "tests/support/Stage.h"
 
 namespace {
 
-constexpr int kFade = 26;  // frames of a fade without a title
+constexpr int kAsyncSystem = 75;  // subtype of the event
+constexpr int kFade = 26;         // frames of a fade without a title
 
 Stage::Options Saved(const std::string& text)
 {
@@ -120,6 +123,29 @@ TEST(Title, EachGlobalIsSetByTheFirstThatNeedsIt)
     stage.tap(keyEnter).frames(80);
     EXPECT_EQ(stage.room_name(), "room_level1");
     EXPECT_EQ(stage.global_text("gameType"), "normal");
+}
+
+TEST(Title, APadThatComesOrGoesIsToldOnTheConsole)
+{
+    for (const char* word : {"gamepad discovered", "gamepad lost"}) {
+        Stage stage;
+        stage.room("room_titulo").frames(2);
+        Value event;
+        VXCreateString(&event.raw(), word);
+        g_AsyncLoad = static_cast<int32_t>(ds_map_create());
+        ds_map_replace(g_AsyncLoad, "event_type", event);
+        ds_map_replace(g_AsyncLoad, "pad_index", 3);
+        stage.clear_console();
+        Perform_Event(stage.find(oTitulo), nullptr, EVENT_OTHER, kAsyncSystem);
+        EXPECT_EQ(stage.console(), std::string(word) + "\n3\n");
+
+        stage.find(oTitulo)->var(ligaDetectaControle) = 0;
+        stage.clear_console();
+        Perform_Event(stage.find(oTitulo), nullptr, EVENT_OTHER, kAsyncSystem);
+        EXPECT_EQ(stage.console(), "") << "not listening";
+        ds_map_destroy(g_AsyncLoad);
+        g_AsyncLoad = -1;
+    }
 }
 
 TEST(Title, AClickOnTheFirstRowStartsAndOneBesideItDoesNot)

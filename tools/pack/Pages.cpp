@@ -344,7 +344,7 @@ std::vector<uint8_t> Pages_Png(const Image& image)
             out->insert(out->end(), data, data + size);
         },
         [](png_structp) {});
-    png_set_compression_level(png, 9);
+    png_set_compression_level(png, 6);
     png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_ALL_FILTERS);
     png_set_IHDR(png, info, static_cast<png_uint_32>(image.width),
                  static_cast<png_uint_32>(image.height), 8, PNG_COLOR_TYPE_RGB_ALPHA,
