@@ -46,6 +46,7 @@ public:
         if (Room() < 0) SpareGround();
         LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTrees, 3);
         LayPieces(Find(kCell, 2 * kCell), drawn, kBushes, 5);
+        if (site_.Number() == ground_->quiltedLevel) LayQuilting();
         return std::move(tiles_);
     }
 
@@ -215,6 +216,22 @@ private:
         }
     }
 
+    // Once over all but the walls, then with the other pattern over the outside.
+    void LayQuilting()
+    {
+        const std::vector<TileCell>& patterns = ground_->cells.at("quilt");
+        for (size_t pass = 0; pass < patterns.size(); ++pass) {
+            for (int i = 0; i < kRows * kColumns; ++i) {
+                const int column = i % kColumns, row = i / kColumns + kFirstRow;
+                const bool full = static_cast<int>(tiles_.size()) >= ground_->quiltedTiles;
+                if (full || level_.Wall(column, row) || (pass > 0 && !Outside(column, row))) {
+                    continue;
+                }
+                Add(*ground_, patterns[pass], column, row, kWallDepth);
+            }
+        }
+    }
+
     static constexpr unsigned kAllJoined = 255;
 
     const std::vector<TileSet>& sets_;
@@ -261,6 +278,7 @@ void NeedUses(const Row& row, const TileSet& set)
     for (const char* use : uses) {
         if (!set.cells.count(use)) row.Fail(std::string("expected cells for ") + use);
     }
+    if (set.quiltedLevel && !set.cells.count("quilt")) row.Fail("expected cells for quilt");
 }
 
 }  // namespace
@@ -275,6 +293,7 @@ std::vector<TileSet> TileSets_Parse(const Tables& tables, const std::vector<Row>
         row.Pair("cell", 'x', set.cellWidth, set.cellHeight);
         set.columns = row.Int("columns", 1);
         set.rows = row.Int("rows", 1);
+        if (row.Has("quilted")) row.Pair("quilted", ',', set.quiltedLevel, set.quiltedTiles);
         row.Done();
         const BackgroundRow& background = tables.backgrounds[static_cast<size_t>(set.background)];
         if (set.columns * set.cellWidth != background.width ||
