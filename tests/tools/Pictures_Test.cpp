@@ -217,6 +217,7 @@ TEST(Pictures, FaultsNameFileLineAndWhatWasExpected)
         {"p svg=drawing.svg colour=red", table + ":2: expected svg=, cut=, animation="},
         {"p svg=drawing.svg flip=y", table + ":2: expected flip=x"},
         {"p svg=drawing.svg view=0,0,5", table + ":2: expected view=x,y,width,height"},
+        {"p{3..1} svg=drawing.svg", table + ":2: expected a range such as {1..100}"},
         {"p svg=drawing.svg\np svg=drawing.svg", table + ":3: expected one row for each"},
         {"p svg=drawing.svg cut=none.cut animation=a", table + ":2: expected a readable file"},
         {"p svg=drawing.svg cut=bad.cut animation=a",
@@ -234,6 +235,18 @@ TEST(Pictures, FaultsNameFileLineAndWhatWasExpected)
     }
     EXPECT_TRUE(art.Render("p svg=drawing.svg\n", "p", 0, 10, 1).empty());
     EXPECT_NE(art.error.find("p: expected at least one frame"), std::string::npos) << art.error;
+}
+
+TEST(Pictures, ARangeMakesARowForEachNumber)
+{
+    Art art;
+    art.Write("signs.svg",
+              "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 9 9\">\n"
+              "  <g id=\"sign-9\"/>\n  <g id=\"sign-10\"><path d=\"M0,0h9v9h-9z\"/></g>\n</svg>\n");
+    const std::string row = "p{9..10}x svg=signs.svg group=sign-{n}\n";
+    ASSERT_EQ(art.Render(row, "p9x", 9, 9, 1).size(), 1U) << art.error;
+    EXPECT_EQ(Pixel(art.Render(row, "p9x", 9, 9, 1)[0], 4, 4), 0U);
+    EXPECT_EQ(Pixel(art.Render(row, "p10x", 9, 9, 1)[0], 4, 4), 0xFF000000U);
 }
 
 TEST(Pictures, GroupsViewsAndMirrors)

@@ -276,6 +276,7 @@ void Build_Rooms(const std::string& folder, const Tables& tables, const CodePlan
             append(level->instances);
             room.tiles = Tiles_Lay(sets, *level, *site, hasPicture);
         }
+        if (site && site->IsPage()) room.tiles = Tiles_LayPage(sets, *site, hasPicture);
         if (site) append(site->placed);
         for (const PlacedInstance& placed : instances) {
             room.instances.push_back(MakeInstance(placed, instanceId++));

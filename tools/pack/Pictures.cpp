@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
@@ -148,6 +149,30 @@ bool ParseRow(State& state, const std::string& text, int line, std::string& erro
     if (!row.cut.empty() && !LoadCut(state, row, error)) return false;
     state.names.push_back(name);
     state.rows[name] = row;
+    return true;
+}
+
+void Replace(std::string& text, const std::string& from, const std::string& to)
+{
+    for (size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+}
+
+// A row whose name holds "{1..100}" is one row for each number, which stands for "{n}".
+bool ParseRows(State& state, const std::string& text, int line, std::string& error)
+{
+    int first = 0, last = 0, end = 0;
+    const size_t open = text.substr(0, text.find('#')).find('{');
+    if (open == std::string::npos) return ParseRow(state, text, line, error);
+    if (std::sscanf(text.c_str() + open, "{%d..%d}%n", &first, &last, &end) != 2 || end == 0 ||
+        last < first)
+        return Expected(state.table, line, "a range such as {1..100} in the name", error);
+    for (int number = first; number <= last; ++number) {
+        std::string row = text;
+        Replace(row, text.substr(open, static_cast<size_t>(end)), std::to_string(number));
+        Replace(row, "{n}", std::to_string(number));
+        if (!ParseRow(state, row, line, error)) return false;
+    }
     return true;
 }
 
@@ -409,7 +434,7 @@ bool Pictures_Load(const std::string& artFolder, PictureLibrary& out, std::strin
         return Expected(state.table, 1, "a readable table of pictures", error);
     int line = 0;
     for (const std::string& row : Split(text, '\n'))
-        if (!ParseRow(state, row, ++line, error)) return false;
+        if (!ParseRows(state, row, ++line, error)) return false;
     return true;
 }
 

@@ -6,6 +6,7 @@
 //   sFechado, sAberto   one row each, group=<id of a group>[,<id> for the next frame]...
 //   sPlayerAndandoCima  svg=figures/boy-back.svg cut=figures/back.cut animation=walk
 //
+// "{1..100}" in a name makes a row for each number, which then stands for "{n}".
 // Further keys of a row: view=x,y,width,height (the area of the drawing that is
 // shown, in its own units; the whole drawing by default) and flip=x (mirrored).
 // Pictures render to the same bytes on every run. Words are drawn as paths: a text

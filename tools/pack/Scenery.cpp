@@ -53,10 +53,12 @@ public:
 private:
     static constexpr int kNowhere = 9;  // ranks below it are places, the lowest is the best
 
-    // Its middle is on screen.
+    // Its middle is on screen; of a pond any part of it.
     bool Seen(int column, int row) const
     {
-        const int x = column * kCell + row_.width / 2, y = BottomOf(row) - row_.height / 2;
+        const bool pond = row_.stand == Stand::shore || row_.stand == Stand::water;
+        const int x = column * kCell + row_.width / 2;
+        const int y = BottomOf(row) - (pond ? row_.height - 1 : row_.height / 2);
         return x > 0 && x < kRoomWidth && y > 0 && y < kRoomHeight;
     }
 

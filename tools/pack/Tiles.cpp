@@ -50,6 +50,18 @@ public:
         return std::move(tiles_);
     }
 
+    std::vector<archive::RoomTile> LayPage(const std::function<bool(int)>& drawn)
+    {
+        if (!ground_) return {};
+        for (int i = 0; i < kRows * kColumns; ++i) {
+            const int column = i % kColumns, row = i / kColumns + kFirstRow;
+            Add(*ground_, Choose("ground", column, row), column, row, kGroundDepth);
+        }
+        LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTrees, 3);
+        LayPieces(Find(kCell, 2 * kCell), drawn, kBushes, 5);
+        return std::move(tiles_);
+    }
+
 private:
     const TileSet* Find(int width, int height) const
     {
@@ -330,6 +342,15 @@ std::vector<archive::RoomTile> Tiles_Lay(const std::vector<TileSet>& sets, const
                                          const std::function<bool(int background)>& drawn)
 {
     return Layer(sets, level, site).Lay(drawn);
+}
+
+std::vector<archive::RoomTile> Tiles_LayPage(const std::vector<TileSet>& sets, Site& site,
+                                             const std::function<bool(int background)>& drawn)
+{
+    Level page;  // all of it is outside
+    page.world = (site.Number() + 1) / 2;
+    page.seed = site.Seed();
+    return Layer(sets, page, site).LayPage(drawn);
 }
 
 }  // namespace pack

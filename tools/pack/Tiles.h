@@ -38,4 +38,8 @@ std::vector<archive::RoomTile> Tiles_Lay(const std::vector<TileSet>& sets, const
                                          Site& site,
                                          const std::function<bool(int background)>& drawn);
 
+// The same for a page of the map: open ground, and pieces around its icons.
+std::vector<archive::RoomTile> Tiles_LayPage(const std::vector<TileSet>& sets, Site& site,
+                                             const std::function<bool(int background)>& drawn);
+
 }  // namespace pack
