@@ -72,6 +72,35 @@ TEST(Idle, TheFirstFrameDecodesOnlyThePagesThatItShows)
     }
 }
 
+// Nothing of a run shows whether a thread decodes pages ahead of it, and none outlives it.
+TEST(Idle, WithAThreadForItsPagesARunIsTheSame)
+{
+    const auto play = [](Stage& stage) {
+        stage.room("room_level1").frames(10).hold('D').frames(20).release('D');
+        return stage.state_hash();
+    };
+    uint64_t state = 0;
+    std::vector<uint32_t> pixels;
+    {
+        Stage alone;
+        state = play(alone);
+        pixels = alone.picture().pixels;
+    }
+    const size_t live = MemoryManager::GetStats().blocks;
+    for (int run = 0; run < 3; ++run) {
+        {
+            Stage::Options options;
+            options.threads = true;
+            Stage stage(options);
+            if (run > 0) {  // the first one ends while its thread is at work
+                EXPECT_EQ(play(stage), state);
+                EXPECT_EQ(stage.picture().pixels, pixels);
+            }
+        }
+        EXPECT_EQ(MemoryManager::GetStats().blocks, live) << run;
+    }
+}
+
 TEST(Idle, ARunLeavesNoMemoryBehindAndTheNextOneIsTheSame)
 {
     size_t live = 0;
