@@ -8,7 +8,7 @@
 
 #include "Files/Object/Object_Main.h"
 #include "Files/Variable/Variable_BuiltIn.h"
-#include "game/Rules.h"
+#include "game/Gamepad.h"
 #include "tests/support/Stage.h"
 
 namespace {
@@ -45,6 +45,12 @@ const Skip kSkips[] = {
     {"Click", [](Stage& stage) { stage.frames(19).click(1, 1); }, 11},
     {"Space", [](Stage& stage) { stage.frames(19).tap(keySpace); }, 12},
     {"Enter", [](Stage& stage) { stage.frames(19).tap(keyEnter); }, 12},
+    {"PadStart",
+     [](Stage& stage) {
+         stage.pad(0).press(gp_start);
+         stage.frames(1);
+     },
+     12},
     {"HeldEnter", [](Stage& stage) { stage.hold(keyEnter).frames(9); }, 4},
 };
 
