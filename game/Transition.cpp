@@ -55,11 +55,11 @@ void draw_level_title(CInstance* self, int level)
 
 }  // namespace
 
-void fade_to(double room)
+void fade_to(double target)
 {
     CInstance* fade = instance_create(0, 0, oTransicao);
-    targetRoom = room;
-    fade->var(ownTargetRoom) = room;
+    targetRoom = target;
+    fade->var(ownTargetRoom) = target;
 }
 
 bool fading(CInstance* self)

@@ -4,10 +4,10 @@
 #include "game/Rules.h"
 
 // Starts the fade to a room. The figures and menus go on until the screen is black.
-void fade_to(double room);
-inline void fade_to(Room room)
+void fade_to(double target);
+inline void fade_to(Room target)
 {
-    fade_to(room.index);
+    fade_to(target.index);
 }
 
 // A fade is under way. What answers a held key asks first, so that one press does not

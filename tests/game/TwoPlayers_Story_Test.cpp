@@ -6,6 +6,8 @@ using namespace names;
 
 namespace {
 
+constexpr float kCell = 52;  // pixels
+
 // ---- coming in and leaving
 
 TEST(TwoPlayers, TheSecondFigureComesInBesideTheFirst)
@@ -183,18 +185,18 @@ TEST(TwoPlayers, APushThatRunsIntoTheOtherIsCalledOffInEachOfTheFourWays)
                            Way{'W', kDown, 0, -1, "cima", "colidiuCima"},
                            Way{'S', kUp, 0, 1, "baixo", "colidiuBaixo"}}) {
         LevelStory level("twoPlayersOne");
-        const auto cell = [&](float n) {
-            return std::pair{390 + way.x * (n * 52 - 78), 208 + way.y * (n * 52 - 104)};
-        };
+        // Cells in a row, the first figure's is 0.
         const auto at = [&](CInstance* who, float n) {
-            const float x = way.x != 0 ? cell(n).first : 364;
-            Put(who, x, way.y != 0 ? cell(n).second : 208);
+            const float along = n * kCell - 1.5F * kCell;
+            Put(who, way.x != 0 ? 390 + way.x * along : 364,
+                way.y != 0 ? 208 + way.y * (along - kCell / 2) : 208);
         };
         at(level.one, 0);
         at(level.box, 1);
         at(level.two, 3);
         const float oneX = level.one->x, oneY = level.one->y;
         const float twoX = level.two->x, twoY = level.two->y;
+        const float boxX = level.box->x, boxY = level.box->y;
         level.stage.frames(1).clear_console();
         level.stage.hold(way.one).hold(way.two).frames(15);
         EXPECT_NE(
@@ -207,8 +209,8 @@ TEST(TwoPlayers, APushThatRunsIntoTheOtherIsCalledOffInEachOfTheFourWays)
         level.Rest();
         EXPECT_AT(level.one, oneX, oneY) << way.word;
         EXPECT_AT(level.two, twoX, twoY) << way.word;
-        EXPECT_EQ(std::fmod(level.box->x, 52), 0) << way.word;
-        EXPECT_EQ(std::fmod(level.box->y, 52), 0) << way.word;
+        // The box goes with player two, into the cell between them.
+        EXPECT_AT(level.box, boxX + way.x * kCell, boxY + way.y * kCell) << way.word;
         EXPECT_EQ(level.stage.variable(level.one, way.flag), 0) << way.word;
         const std::string console = level.stage.console();
         EXPECT_NE(console.find("Caixa bateu no jogador 2 e está voltando\n"), std::string::npos);

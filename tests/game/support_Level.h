@@ -14,7 +14,7 @@
 
 struct LevelStory {
     explicit LevelStory(const char* mode = "onePlayer", const char* speed = "normal",
-                        const std::string& save = "", const char* room = "room_level1")
+                        const std::string& save = "", const char* first = "room_level1")
         : stage(Options(speed, save))
     {
         names::playerMode = mode;
@@ -22,7 +22,7 @@ struct LevelStory {
         names::jogadorDois = "menina";
         names::idioma = "ingles";
         names::musica = -1;
-        Enter(room);
+        Enter(first);
     }
 
     static Stage::Options Options(const char* speed, const std::string& save)
@@ -31,9 +31,9 @@ struct LevelStory {
         options.save = "[preferencias]\r\nvelocidade=\"" + std::string(speed) + "\"\r\n" + save;
         return options;
     }
-    void Enter(const std::string& room)
+    void Enter(const std::string& name)
     {
-        stage.room(room).frames(2);
+        stage.room(name).frames(2);
         Look();
     }
     void Look()
@@ -63,9 +63,9 @@ struct LevelStory {
     CInstance *one = nullptr, *two = nullptr, *box = nullptr;
 };
 
-inline void Put(CInstance* instance, float x, float y)
+inline void Put(CInstance* instance, float px, float py)
 {
-    instance->SetPosition(x, y);
+    instance->SetPosition(px, py);
 }
 
 // A built-in of this run answers as the story wants.
