@@ -104,3 +104,15 @@ void pad_of_player_two(CInstance* self)
     self->var(key_desfaz) = gamepad_button_check_pressed(slot, grip.undo);
     hold_key(self, static_cast<bool>(self->var(key_desfaz)), controla_key_desfaz, keyU, "ord(U)");
 }
+
+// A pad came or went. One that came is set up as the first ones were.
+void vxl_Object_oPlayerArrows_Other_AsyncSystem(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    if (!self->var(ligaDetectaControle)) return;
+    const Value event = ds_map_find_value(async_load, "event_type");
+    const Value slot = ds_map_find_value(async_load, "pad_index");
+    show_debug_message(event);
+    show_debug_message(slot);
+    if (event == "gamepad discovered") set_up_slot(slot);
+}

@@ -1,11 +1,15 @@
 // Stories of pads that press the keys of the figures.
 
+#include "Files/Object/Object_Main.h"
+#include "Files/Variable/Variable_BuiltIn.h"
 #include "game/Gamepad.h"
 #include "tests/game/support_Level.h"
 
 using namespace names;
 
 namespace {
+
+constexpr int32_t kAsyncSystem = 75;  // subtype of the event
 
 // Both pads are there before the level begins.
 struct PadStory : LevelStory {
@@ -97,6 +101,26 @@ TEST(Pads, ThePadOfPlayerTwoIsTheSecondSlot)
     apart.Press(1, gp_shoulderl);
     EXPECT_AT(apart.two, 208, 156);
     EXPECT_AT(apart.one, 364, 260);
+}
+
+TEST(Pads, OneThatComesInTheMiddleOfALevelIsSetUp)
+{
+    LevelStory level;
+    level.stage.pad(2).axis(gp_axislh, 0.4);
+    level.stage.frames(2);
+    ASSERT_GT(gamepad_axis_value(2, gp_axislh), 0);
+    const double told = ds_map_create();
+    Value discovered;
+    VXCreateString(&discovered.raw(), "gamepad discovered");
+    ds_map_replace(told, "event_type", discovered);
+    ds_map_replace(told, "pad_index", 2);
+    g_AsyncLoad = static_cast<int32_t>(told);
+    level.stage.clear_console();
+    Perform_Event(level.one, level.one, EVENT_OTHER, kAsyncSystem);
+    g_AsyncLoad = -1;
+    EXPECT_EQ(level.stage.console().rfind("gamepad discovered\n2", 0), 0U) << level.stage.console();
+    level.stage.frames(1);
+    EXPECT_EQ(gamepad_axis_value(2, gp_axislh), 0) << "within the dead zone";
 }
 
 }  // namespace
