@@ -26,7 +26,7 @@ constexpr char kHelp[] =
     "vexo-levels make  SETTINGS [OPTION...]\n"
     "  SETTINGS       such as \"world=3 boxes=4 seed=1\", as a made level's head has them:\n"
     "                 world 1 to 5; boxes; seed; gate=2 or 3 and start=8 or 9, rows of\n"
-    "                 the map; least and most pushes\n"
+    "                 the map; area, least and most pushes\n"
     "  --seeds N      tries N seeds from the first (default 1)\n"
     "  --out FOLDER   writes each level to FOLDER instead of the screen\n"
     "vexo-levels film CONTENT FILE [FOLDER]\n"

@@ -114,6 +114,7 @@ private:
         shape.gateRow = settings_.gateRow;
         shape.startRow = settings_.startRow;
         shape.area = 17 + 3 * settings_.boxes + random_.Below(8);
+        if (settings_.area) shape.area = settings_.area;
         const Shape made = Shape_Make(shape, random_);
         shape_ = made.name;
         board_.floor = made.floor;
@@ -301,8 +302,9 @@ MakeSettings MakeSettings::Parse(const std::string& text)
         const std::string key = word.substr(0, equals);
         const long long value = std::atoll(word.c_str() + equals + 1);
         const std::pair<const char*, int*> numbers[] = {
-            {"world", &settings.world},    {"boxes", &settings.boxes}, {"gate", &settings.gateRow},
-            {"start", &settings.startRow}, {"least", &settings.least}, {"most", &settings.most}};
+            {"world", &settings.world},  {"boxes", &settings.boxes},    {"area", &settings.area},
+            {"gate", &settings.gateRow}, {"start", &settings.startRow}, {"least", &settings.least},
+            {"most", &settings.most}};
         for (auto [name, number] : numbers) {
             if (key == name) *number = static_cast<int>(value);
         }

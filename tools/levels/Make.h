@@ -15,6 +15,7 @@ namespace levels {
 struct MakeSettings {
     int world = 1, boxes = 3;
     int gateRow = 2, startRow = 9;  // rows of the map
+    int area = 0;                   // floor cells, about; 0 for what suits the boxes
     int least = 0, most = 0;        // pushes; 0 for what suits the number of boxes
     uint64_t seed = 1;
 
