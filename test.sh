@@ -19,6 +19,11 @@ say "Checking the form of the code"
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror ||
     fail "The lines above differ from .clang-format; clang-format -i FILE mends a file."
 build "$preset"
+levels=0
+if [ "$preset" = release ]; then
+    say "Checking the levels"
+    "build/$preset/tools/vexo-levels" check content || levels=1
+fi
 say "Testing ($preset)"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1
 # A screen for the tests of the GL device, when there is none; it stays up between two of
@@ -40,4 +45,8 @@ else
     say "Some tests failed; the lines above say which."
 fi
 printf '%s passed, %s failed\n' "$passed" "$failed"
+if [ "$levels" != 0 ]; then
+    say "The check of the levels failed; its lines at the top say which."
+    status=1
+fi
 exit "$status"
