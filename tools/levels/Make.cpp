@@ -287,8 +287,9 @@ private:
 std::string MakeSettings::Text() const
 {
     std::ostringstream text;
-    text << "world=" << world << " boxes=" << boxes << " gate=" << gateRow << " start=" << startRow
-         << " least=" << least << " most=" << most << " seed=" << seed;
+    text << "world=" << world << " boxes=" << boxes << " gate=" << gateRow << " start=" << startRow;
+    if (area) text << " area=" << area;
+    text << " least=" << least << " most=" << most << " seed=" << seed;
     return text.str();
 }
 

@@ -240,11 +240,11 @@ TEST(Levels, PullsAndPushesAgreeOnDepth)
 
 TEST(Levels, AMadeLevelIsMadeAgain)
 {
-    int remade = 0;
-    for (const std::string& path : LevelFile_List(std::string(CONTENT_FOLDER) + "/levels")) {
+    for (const char* name : {"005", "014", "033", "071", "092"}) {  // quick ones of each kind
+        const std::string path = std::string(CONTENT_FOLDER) + "/levels/level" + name + ".txt";
         const LevelFile file = LevelFile_Read(Game::Get().tables, path);
-        if (file.level.made.empty() || Count(file.board.boxes) > 4 || remade == 4) continue;
-        ++remade;
+        ASSERT_FALSE(file.level.made.empty()) << path;
+        EXPECT_EQ(MakeSettings::Parse(file.level.made).Text(), file.level.made);
         const std::optional<MadeLevel> again = Make(MakeSettings::Parse(file.level.made));
         ASSERT_TRUE(again) << path;
         EXPECT_EQ(again->board.floor, file.board.floor) << path;
