@@ -144,6 +144,7 @@ private:
             content.fonts[i].entry = pages_.Entry(fontPlaces_[i]);
         }
         content.pages = pages_.Encode(cache_);
+        built_.pageUse = pages_.Usage();
         cache_.Prune();
     }
 

@@ -15,6 +15,7 @@ struct Built {
     std::vector<std::string> placeholders;  // sprites and backgrounds without a drawing
     std::vector<std::string> emptyLevels;   // rooms whose level file does not exist yet
     std::vector<std::string> shortages;     // scenery that found too little room
+    double pageUse = 0;                     // share of the pages' area in use, 0 to 1
 };
 
 // Fills the archive's content from the tables and from levels/, art/, tilesets.txt and

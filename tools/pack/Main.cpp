@@ -78,10 +78,10 @@ void List(const pack::Built& built, const pack::CodePlan& plan)
     for (const std::string& line : built.shortages) std::printf("short %s\n", line.c_str());
     std::printf(
         "objects %zu, sprites %zu, backgrounds %zu, sounds %zu, fonts %zu, scripts %zu, "
-        "rooms %zu, pages %zu, code rows %zu\n",
+        "rooms %zu, pages %zu (%.0f%% used), code rows %zu\n",
         content.objects.size(), content.sprites.size(), content.backgrounds.size(),
         content.sounds.size(), content.fonts.size(), content.scripts.size(), content.rooms.size(),
-        content.pages.size(), plan.rows.size());
+        content.pages.size(), built.pageUse * 100, plan.rows.size());
 }
 
 void Run(const Arguments& arguments)
