@@ -80,9 +80,12 @@ private:
     }
 
     // 1 where all of it stands on free ground beyond the walls, 2 where it leans over a
-    // wall or over what stands behind it; nowhere over the field.
+    // wall or over what stands behind it, 2 more where a large one is cut by the edge of
+    // the screen; nowhere over the field.
     int RankBeside(int column, int row) const
     {
+        const bool leftIn = column >= 0, rightIn = column * kCell + row_.width <= kRoomWidth;
+        const bool topIn = BottomOf(row) >= row_.height, bottomIn = BottomOf(row) <= kRoomHeight;
         int rank = 1;
         for (int c = column; c < column + columns_; ++c) {
             if (!site_.Free(c, row)) return kNowhere;
@@ -92,7 +95,8 @@ private:
                 if (r > row - stands_ && !site_.Free(c, r)) rank = 2;
             }
         }
-        return rank;
+        const bool whole = leftIn && rightIn && topIn && bottomIn;
+        return columns_ == 1 || whole ? rank : rank + 2;
     }
 
     // A shore goes on beside another piece of it first.
