@@ -1,4 +1,5 @@
-// The puzzle can be read: box, target, figure and wall stand out from the ground by
+// Every level is drawn in few calls, and can be read: box, target, figure and wall stand
+// out from the ground by
 // luminance in every level under a clear sky, also for eyes that do not tell red from green.
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "Files/Graphics/Batch.h"
 #include "Files/Object/CInstance.h"
 #include "Names.h"
 #include "tests/support/Stage.h"
@@ -173,7 +175,7 @@ void JudgeWalls(Stage& stage, const Picture& bare, const std::string& room, cons
 TEST(Readable, ThingsStandOutInEveryLevel)
 {
     Worst things, walls;
-    int levels = 0;
+    int levels = 0, calls = 0;
     Stage stage;
     playerMode = "onePlayer";
     for (int number = 1; number <= 100; ++number) {
@@ -181,6 +183,7 @@ TEST(Readable, ThingsStandOutInEveryLevel)
         stage.room(room).frames(1);
         if (!stage.find(oMonte)) continue;  // not drawn yet
         ++levels;
+        calls = std::max(calls, static_cast<int>(g_GraphicsStats.drawCalls));
         for (const Object weather : kWeather) Hide(stage, weather);
         stage.frames(1);
         const Picture full = stage.picture();
@@ -194,6 +197,8 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     EXPECT_GE(levels, 2);
     EXPECT_GE(things.ratio, kContrast) << things.where;
     EXPECT_GE(walls.ratio, kContrast) << walls.where;
+    EXPECT_LE(calls, 40) << "draw calls of the busiest level";
+    RecordProperty("calls", calls);
     RecordProperty("things", things.where + " " + std::to_string(things.ratio));
     RecordProperty("walls", walls.where + " " + std::to_string(walls.ratio));
 }
