@@ -158,6 +158,9 @@ void SetLimits(int32_t minWidth, int32_t minHeight, int32_t maxWidth, int32_t ma
     const auto points = [](int32_t pixels, int32_t none) {
         return pixels > 0 ? WindowScale().PointsFor(pixels) : none;
     };
+    // SDL refuses a minimum above the maximum that is still in force.
+    SDL_SetWindowMinimumSize(g_window.window, 1, 1);
+    SDL_SetWindowMaximumSize(g_window.window, kNoLimit, kNoLimit);
     SDL_SetWindowMinimumSize(g_window.window, points(minWidth, 1), points(minHeight, 1));
     SDL_SetWindowMaximumSize(g_window.window, points(maxWidth, kNoLimit),
                              points(maxHeight, kNoLimit));
@@ -185,7 +188,7 @@ HostRect Desktop()
 
 bool DesktopMode(SDL_DisplayMode* mode)
 {
-    return SDL_GetDesktopDisplayMode(0, mode) == 0;
+    return StartVideo() && SDL_GetDesktopDisplayMode(0, mode) == 0;
 }
 
 int32_t DesktopDepth()

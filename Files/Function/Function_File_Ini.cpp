@@ -46,11 +46,14 @@ BUILTIN(F_ini_section_exists)
 BUILTIN(F_ini_write_string)
 {
     const VXText section = ArgText(args, argc, 0), key = ArgText(args, argc, 1);
-    Ini_WriteString(section, key, ArgText(args, argc, 2));
+    const VXText value = ArgText(args, argc, 2);
+    if (section.IsNull() || key.IsNull() || value.IsNull()) return;  // reported already
+    Ini_WriteString(section, key, value);
 }
 BUILTIN(F_ini_write_real)
 {
     const VXText section = ArgText(args, argc, 0), key = ArgText(args, argc, 1);
+    if (section.IsNull() || key.IsNull()) return;  // reported already
     Ini_WriteReal(section, key, ArgReal(args, argc, 2));
 }
 

@@ -47,6 +47,8 @@ bool Open(const char* name, const char* mode, Use use)
     Close();
     g_file.path = GetFullPath(name);
     const char* const path = g_file.path.c_str();
+    if (*path == 0 && *name)
+        g_DebugConsole->Output("Error! not allowing save with filename '%s'\n", name);
     if (*path == 0 || (use == Use::Reading && !g_Host.files.Exists(path))) return false;
     g_file.stream = g_Host.files.OpenStream(path, mode);
     if (g_file.stream) g_file.use = use;

@@ -51,8 +51,8 @@ BUILTIN(F_filename_drive)
 
 BUILTIN(F_filename_ext)
 {
-    const VXText path = ArgText(args, argc, 0);
-    const char* const dot = std::strrchr(path, '.');
+    const VxString path = WithSeparators(ArgText(args, argc, 0));
+    const char* const dot = std::strrchr(path.c_str(), '.');
     VXCreateString(&result, dot ? dot : "");
 }
 

@@ -72,11 +72,13 @@ int32_t OpenForReading(const char* name)
     return Keep(slot, file, Use::Reading, name);
 }
 
+// Appending to a file of the bundle goes on with a copy of it.
 int32_t OpenForWriting(const char* name, const char* mode)
 {
     const int32_t slot = FreeSlot();
     const MappedPath path(GetSaveFileName, name, kScriptPathSize);
     if (slot == 0 || path.Empty()) return -1;
+    if (*mode == 'a' && !SaveFileExists(name) && BundleFileExists(name)) CopyToSaveFile(name, name);
     CreateParentDirectories(path);
     return Keep(slot, MemoryFile::Open(path, mode), Use::Writing, name);
 }
@@ -93,9 +95,7 @@ BUILTIN(F_file_text_open_write)
 
 BUILTIN(F_file_text_open_append)
 {
-    const VXText name = ArgText(args, argc, 0);
-    if (!SaveFileExists(name) && BundleFileExists(name)) CopyToSaveFile(name, name);
-    SetReal(result, OpenForWriting(name, "a+"));
+    SetReal(result, OpenForWriting(ArgText(args, argc, 0), "a+"));
 }
 
 BUILTIN(F_file_text_open_from_string)

@@ -135,15 +135,13 @@ BUILTIN(texture_set_stage)
 BUILTIN(texture_get_width)
 {
     const TextureSlot* slot = Texture_Get(ArgInt(args, argc, 0, -1));
-    SetReal(result,
-            slot && slot->texture ? static_cast<double>(slot->width) * slot->invWidth : 1.0);
+    SetReal(result, slot ? static_cast<float>(slot->width) * slot->invWidth : 1.0F);
 }
 
 BUILTIN(texture_get_height)
 {
     const TextureSlot* slot = Texture_Get(ArgInt(args, argc, 0, -1));
-    SetReal(result,
-            slot && slot->texture ? static_cast<double>(slot->height) * slot->invHeight : 1.0);
+    SetReal(result, slot ? static_cast<float>(slot->height) * slot->invHeight : 1.0F);
 }
 
 BUILTIN(texture_global_scale)

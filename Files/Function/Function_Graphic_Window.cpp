@@ -232,9 +232,7 @@ BUILTIN(window_set_rectangle)
 
 BUILTIN(window_center)
 {
-    const HostRect desktop = g_Host.window.Desktop();
-    g_Host.window.SetClientPosition((desktop.width - g_Display.clientWidth) / 2,
-                                    (desktop.height - g_Display.clientHeight) / 2);
+    Window_Centre(g_Display.clientWidth, g_Display.clientHeight);
 }
 
 BUILTIN(window_get_x)

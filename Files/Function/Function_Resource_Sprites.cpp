@@ -270,6 +270,7 @@ BUILTIN(sprite_create_from_surface)
                            ArgBool(args, argc, flags + 1));
     SetOrigin(sprite, ArgInt(args, argc, origin), ArgInt(args, argc, origin + 1));
     if (old && ArgBool(args, argc, 5)) sprite->MakeMasks(false, 0);
+    if (old) sprite->preload = ArgBool(args, argc, 8);
     const int32_t index = Sprite_Add(sprite);
     Sprite_NameNew(index);
     SetReal(result, index);

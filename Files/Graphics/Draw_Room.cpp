@@ -130,7 +130,7 @@ void DrawCursor()
 void DrawRoomOnTarget(CRoom* room)
 {
     const bool onSurface =
-        g_AppSurface.appSurfaceEnabled && Surface_SetTarget(0, g_AppSurface.appSurfaceId);
+        g_AppSurface.appSurfaceWasEnabled && Surface_SetTarget(0, g_AppSurface.appSurfaceId);
     Room_FollowViews();
     NoteViews(room);
     Draw_SortTiles(room);
@@ -190,7 +190,7 @@ void DrawRoom()
     Surface_UpdateApplication();
     View_SetWindow();
     portScaleX = portScaleY = 1;
-    s_windowClearDue = room->clearDisplayBuffer && g_AppSurface.appSurfaceEnabled;
+    s_windowClearDue = room->clearDisplayBuffer && g_AppSurface.appSurfaceWasEnabled;
     Draw_RunEvents(room, DRAW_PRE, ClearWindowOnce);
     DrawRoomOnTarget(room);
     View_SetWindow();
@@ -201,7 +201,7 @@ void DrawRoom()
                    false);
         Surface_LeaveAll();
     } else {
-        if (g_AppSurface.appSurfaceEnabled && g_AppSurface.appSurfaceAutoDraw)
+        if (g_AppSurface.appSurfaceWasEnabled && g_AppSurface.appSurfaceAutoDraw)
             Surface_DrawToWindow(0, 0, g_Display.clientWidth, g_Display.clientHeight);
         DrawGui(room);
         DrawCursor();

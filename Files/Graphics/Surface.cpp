@@ -6,6 +6,7 @@
 #include "Files/Base/Archive_Main.h"
 #include "Files/Base/Console.h"
 #include "Files/Graphics/Batch.h"
+#include "Files/Graphics/Bitmap.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Gui.h"
 #include "Files/Graphics/View_Matrix.h"
@@ -109,6 +110,13 @@ void CutSpan(int32_t* dest, int32_t destSize, int32_t* src, int32_t srcSize, int
     *src = static_cast<int32_t>(std::clamp<int64_t>(from, 0, INT32_MAX));
     *dest = static_cast<int32_t>(std::clamp<int64_t>(to, 0, INT32_MAX));
     *length = static_cast<int32_t>(std::max<int64_t>(rest, 0));
+}
+
+void TellOutside(int32_t x, int32_t y, int32_t width, int32_t height)
+{
+    g_DebugConsole->Output(
+        "Trying to grab data from outside surface bounds: x = %d, y = %d, w = %d, h = %d\n", x, y,
+        width, height);
 }
 
 }  // namespace
@@ -301,16 +309,17 @@ uint32_t* Surface_Grab(int32_t id, int32_t x, int32_t y, int32_t width, int32_t 
     const GpuTexture* texture = TextureOf(id);
     if (!texture || width <= 0 || height <= 0) return nullptr;
     Batch_Flush();
+    if (width > kMaxPictureSize || height > kMaxPictureSize) {
+        TellOutside(x, y, width, height);
+        return nullptr;
+    }
     const size_t count = static_cast<size_t>(width) * static_cast<size_t>(height);
     auto* pixels = static_cast<uint32_t*>(MemoryManager::Alloc(count * 4, true));
     int32_t left = 0, top = 0, columns = width, rows = height;
     const int32_t askedX = x, askedY = y;
     CutSpan(&left, width, &x, texture->width, &columns);
     CutSpan(&top, height, &y, texture->height, &rows);
-    if (columns != width || rows != height)
-        g_DebugConsole->Output(
-            "Trying to grab data from outside surface bounds: x = %d, y = %d, w = %d, h = %d\n",
-            askedX, askedY, width, height);
+    if (columns != width || rows != height) TellOutside(askedX, askedY, width, height);
     if (columns > 0 && rows > 0)
         g_Device->ReadPixels(texture->colourSurface, {x, y, x + columns, y + rows},
                              pixels + static_cast<ptrdiff_t>(top) * width + left, width * 4);

@@ -6,6 +6,9 @@
 
 namespace {
 
+// The width that asks for no wrapping, as a width below 0 does.
+constexpr int32_t kNoWrap = 10000000;
+
 constexpr uint16_t kReturn = 13, kLineFeed = 10, kSpace = ' ';
 constexpr uint16_t kNoCharacter = 0xFFFF;
 constexpr uint32_t kUnits = 0x10000;
@@ -151,10 +154,11 @@ void TextLines::Add(const uint16_t* units)
 
 void Text_Split(const char* text, int32_t width, TextLines* lines)
 {
+    const bool whole = width < 0 || width == kNoWrap;
     const Counts counts = CountUnits(text);
-    uint16_t* units = lines->Reserve(counts.units, width < 0 ? counts.breaks + 1 : counts.units);
+    uint16_t* units = lines->Reserve(counts.units, whole ? counts.breaks + 1 : counts.units);
     Decode(text, units);
-    if (width < 0)
+    if (whole)
         SplitAtBreaks(units, counts.units, lines);
     else
         Wrapper(units, counts.units, width, lines).Split();

@@ -214,9 +214,7 @@ bool Window_Create(int32_t width, int32_t height)
         return false;
     }
     g_Host.window.ClientSize(&g_Display.clientWidth, &g_Display.clientHeight);
-    // The option block is read later; StartGame has the last word on the cursor.
-    g_cursorAllowed = (g_infoFlags & INFO_CURSOR) != 0;
-    Window_SetCursorValue(g_cursorAllowed ? 0 : -1);
+    Window_AllowCursor(true);  // the option block is read later; StartGame has the last word
     return true;
 }
 
@@ -290,6 +288,19 @@ void Window_SetCaption(const char* caption)
 {
     g_Display.caption = caption;
     g_Host.window.SetCaption(caption);
+}
+
+void Window_AllowCursor(bool option)
+{
+    g_cursorAllowed = option && (g_infoFlags & INFO_CURSOR) != 0;
+    Window_SetCursorValue(g_cursorAllowed ? 0 : -1);
+}
+
+void Window_Centre(int32_t width, int32_t height)
+{
+    const HostRect desktop = g_Host.window.Desktop();
+    g_Host.window.SetClientPosition(desktop.x + (desktop.width - width) / 2,
+                                    desktop.y + (desktop.height - height) / 2);
 }
 
 void Window_SetCursorValue(int32_t value)

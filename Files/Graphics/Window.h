@@ -67,6 +67,10 @@ Letterbox Window_LetterboxIn(int32_t areaWidth, int32_t areaHeight);
 bool Window_Borderless();
 // The mode cursor values of window_set_cursor: cr_default 0, cr_none -1, cr_cross -3 ...
 void Window_SetCursorValue(int32_t value);
+// Shows the arrow, or none for good unless the header and the option block both allow a cursor.
+void Window_AllowCursor(bool option);
+// Moves the window so that a client area of that size stands in the middle of the desktop.
+void Window_Centre(int32_t width, int32_t height);
 void Window_SetCaption(const char* caption);
 // The size that the view mapping of the window uses, cut to the desktop; resets the
 // viewport and the view area when it differs.

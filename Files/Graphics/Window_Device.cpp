@@ -97,10 +97,9 @@ void NoteBackBuffer()
 
 void CentreClient()
 {
-    const HostRect desktop = g_Host.window.Desktop();
     int32_t width, height;
     g_Host.window.ClientSize(&width, &height);
-    g_Host.window.SetClientPosition((desktop.width - width) / 2, (desktop.height - height) / 2);
+    Window_Centre(width, height);
 }
 
 // Brings the window itself to the wished mode and size.

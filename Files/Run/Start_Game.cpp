@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int32_t kCursorDefault = 0, kCursorNone = -1;
+constexpr int32_t kCursorDefault = 0;
 
 void ResetGameValues()
 {
@@ -31,7 +31,7 @@ void ResetGameValues()
 void StartGame()
 {
     ResetGameValues();
-    Window_SetCursorValue((g_GameOptions.bits & OPTION_CURSOR) != 0 ? kCursorDefault : kCursorNone);
+    Window_AllowCursor((g_GameOptions.bits & OPTION_CURSOR) != 0);
     GpuState_ApplyInterpolation();
     Object_BuildEventTables();
     Room_ResetRunning();

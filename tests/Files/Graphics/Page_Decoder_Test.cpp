@@ -24,7 +24,9 @@ void PutWord(Bytes* bytes, size_t word)
 // A PNG of 64 by 64; its first pixel tells the number.
 Bytes PageFile(int number)
 {
-    const std::string path = testing::TempDir() + "page_decoder.png";
+    // Tests run side by side, each in a process of its own.
+    const std::string path = testing::TempDir() + "page_decoder_" +
+                             testing::UnitTest::GetInstance()->current_test_info()->name() + ".png";
     Bytes pixels(64 * 64 * 4);
     for (size_t i = 0; i < pixels.size(); ++i)
         pixels[i] = static_cast<uint8_t>(i % 4 == 3 ? 255 : (i * 7919) >> 8);
