@@ -1,7 +1,5 @@
 // Keyboard and mouse built-ins.
 
-#include <cstring>
-
 #include "Files/Function/Function_Registry.h"
 #include "Files/IO/IO.h"
 #include "Files/Run/Run_State.h"
@@ -30,12 +28,13 @@ void ClearButton(int32_t index)
         g_IOMessage.buttonReleasedMsg[index] = 0;
 }
 
-// Blocks, pumping messages, until a byte of the latches is set or the program ends.
-void WaitFor(const uint8_t* latches, size_t count)
+// Blocks, pumping messages, until one more press is counted or the program ends. The
+// latches would not do: one may be left from before, and a quick click leaves none.
+void WaitFor(const uint32_t& presses)
 {
-    for (;;) {
+    for (const uint32_t before = presses;;) {
         Process_Messages();
-        if (g_QuitSeen || memchr(latches, 1, count)) return;
+        if (g_QuitSeen || presses != before) return;
         g_Host.clock.Block(kWaitMillis);
     }
 }
@@ -101,7 +100,7 @@ BUILTIN(keyboard_unset_map)
 
 BUILTIN(keyboard_wait)
 {
-    WaitFor(g_IOMessage.keyPressedMsg, kKeys);
+    WaitFor(g_KeyPresses);
 }
 
 // ---- mouse
@@ -140,7 +139,7 @@ BUILTIN(mouse_clear)
 
 BUILTIN(mouse_wait)
 {
-    WaitFor(g_IOMessage.buttonPressedMsg, kButtons);
+    WaitFor(g_ButtonPresses);
 }
 
 BUILTIN(io_clear)

@@ -11,6 +11,7 @@
 IOMessageSide g_IOMessage;
 IOFrameSide g_IOFrame;
 int32_t keyMap[kKeys];
+uint32_t g_KeyPresses, g_ButtonPresses;
 
 namespace {
 
@@ -81,6 +82,16 @@ void ClearMessageLatches()
 bool IsKey(int32_t key)
 {
     return key >= 0 && key <= kMaxKey;
+}
+
+// Units of the typed text's last character: none, one, or the two of a pair.
+int32_t LastCharacter()
+{
+    const uint16_t* const text = g_IOMessage.stringMsg;
+    const int32_t length = g_IOMessage.stringLength;
+    const bool pair = length > 1 && (text[length - 1] & 0xFC00) == 0xDC00 &&
+                      (text[length - 2] & 0xFC00) == 0xD800;
+    return pair ? 2 : length > 0 ? 1 : 0;
 }
 
 bool AnyKey(const uint8_t* keys)
@@ -154,7 +165,10 @@ void Key_Down(int32_t key, bool repeat)
     if (!IsKey(k)) return;
     g_IOMessage.prevKeyMsg = g_IOMessage.curKeyMsg;
     g_IOMessage.lastKeyMsg = g_IOMessage.curKeyMsg = k;
-    if (g_IOMessage.keyDownMsg[k] != 1 && !repeat) g_IOMessage.keyPressedMsg[k] = 1;
+    if (g_IOMessage.keyDownMsg[k] != 1 && !repeat) {
+        g_IOMessage.keyPressedMsg[k] = 1;
+        ++g_KeyPresses;
+    }
     g_IOMessage.keyDownMsg[k] = 1;
 }
 
@@ -178,11 +192,12 @@ void Key_Char(uint16_t unit)
     uint16_t* text = g_IOMessage.stringMsg;
     int32_t& length = g_IOMessage.stringLength;
     if (length >= kFullString) {
-        text[0] = text[length - 1];
-        length = 1;
+        const int32_t last = LastCharacter();
+        memmove(text, text + length - last, static_cast<size_t>(last) * sizeof *text);
+        length = last;
     }
     if (unit == kBackspace) {
-        if (length > 0) --length;
+        length -= LastCharacter();
     } else if (unit >= kFirstPrintable) {
         text[length++] = unit;
     }
@@ -194,14 +209,18 @@ void Mouse_ButtonDown(int32_t button, int32_t, int32_t)
     if (button < 1 || button > kButtons) return;
     if (g_buttonsHeld++ == 0) g_Host.window.Capture(true);
     g_IOMessage.lastButtonMsg = g_IOMessage.buttonMsg = button;
-    if (!g_IOMessage.buttonDownMsg[button - 1]) g_IOMessage.buttonPressedMsg[button - 1] = 1;
+    if (!g_IOMessage.buttonDownMsg[button - 1]) {
+        g_IOMessage.buttonPressedMsg[button - 1] = 1;
+        ++g_ButtonPresses;
+    }
     g_IOMessage.buttonDownMsg[button - 1] = 1;
 }
 
 void Mouse_ButtonUp(int32_t button, int32_t, int32_t)
 {
     if (button < 1 || button > kButtons) return;
-    if (g_buttonsHeld > 0 && --g_buttonsHeld < 1) g_Host.window.Capture(false);
+    if (g_buttonsHeld > 0) --g_buttonsHeld;
+    if (g_buttonsHeld < 1) g_Host.window.Capture(false);  // also of a press that was never seen
     g_IOMessage.buttonMsg = 0;
     g_IOMessage.buttonDownMsg[button - 1] = 0;
     g_IOMessage.buttonPressedMsg[button - 1] = 0;

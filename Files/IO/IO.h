@@ -40,6 +40,8 @@ struct IOFrameSide {
 extern IOMessageSide g_IOMessage;
 extern IOFrameSide g_IOFrame;
 extern int32_t keyMap[kKeys];
+// Presses since the start, counted as their messages arrive.
+extern uint32_t g_KeyPresses, g_ButtonPresses;
 
 void IO_Init();    // clears, identity map, opens the recording files
 void IO_Quit();    // closes the recording

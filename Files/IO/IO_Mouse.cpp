@@ -29,9 +29,10 @@ int32_t Scale(int32_t pixels, int32_t roomSize, int32_t clientSize)
     return static_cast<int32_t>(int64_t{pixels} * roomSize / clientSize);
 }
 
+// As drawing does, a view whose surface is gone falls back to the window.
 bool ShownOnWindow(const CView& view)
 {
-    return view.visible && view.surface_id == -1;
+    return view.visible && !Surface_Get(view.surface_id);
 }
 
 bool AnyViewShown()

@@ -1,5 +1,6 @@
 // Rows of keyboard, mouse, cursor and platform.
 
+#include "Files/Base/Utf8.h"
 #include "Files/Graphics/Draw_Room.h"
 #include "Files/Graphics/Window.h"
 #include "Files/Graphics_API/Device.h"
@@ -11,9 +12,11 @@ void Variable_RegisterInputRows();
 
 namespace {
 
-constexpr int32_t kDesktopOs = 0;        // os_type of every desktop host
-constexpr int32_t kBrowserNone = -1;     // os_browser outside a browser
-constexpr int32_t kFontPageSize = 1024;  // pixels of a font's texture page
+constexpr int32_t kDesktopOs = 0;     // os_type of every desktop host
+constexpr int32_t kBrowserNone = -1;  // os_browser outside a browser
+constexpr int32_t kFullString = kStringUnits - 2;
+constexpr uint32_t kLastPoint = 0x10FFFF;  // of Unicode
+constexpr int32_t kFontPageSize = 1024;    // pixels of a font's texture page
 
 // What a row keeps in step on both sides: a written value holds until a message
 // changes it.
@@ -76,39 +79,32 @@ bool Set_mouse_lastbutton(CInstance*, int32_t, const RValue* value)
 
 // ---- texts: UTF-16 units inside, UTF-8 outside
 
-// Appends one unit of the basic plane; at most three bytes.
-char* AppendUtf8(char* at, uint32_t unit)
+bool IsHigh(uint32_t unit)
 {
-    if (unit < 0x80) {
-        *at++ = static_cast<char>(unit);
-    } else if (unit < 0x800) {
-        *at++ = static_cast<char>(0xC0 | unit >> 6);
-        *at++ = static_cast<char>(0x80 | (unit & 0x3F));
-    } else {
-        *at++ = static_cast<char>(0xE0 | unit >> 12);
-        *at++ = static_cast<char>(0x80 | (unit >> 6 & 0x3F));
-        *at++ = static_cast<char>(0x80 | (unit & 0x3F));
-    }
-    return at;
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+bool IsLow(uint32_t unit)
+{
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+// The character at `units[*at]`, which moves behind it. A half without its other half,
+// which no UTF-8 has, is the replacement character.
+uint32_t NextCharacter(const uint16_t* units, int32_t count, int32_t* at)
+{
+    const uint32_t first = units[(*at)++];
+    if (IsHigh(first) && *at < count && IsLow(units[*at]))
+        return 0x10000 + ((first - 0xD800) << 10) + (units[(*at)++] - 0xDC00U);
+    return IsHigh(first) || IsLow(first) ? 0xFFFD : first;
 }
 
 void PutUnits(RValue* out, const uint16_t* units, int32_t count)
 {
-    char text[kStringUnits * 3 + 1];
-    char* at = text;
-    for (int32_t i = 0; i < count; ++i) at = AppendUtf8(at, units[i]);
-    *at = 0;
+    char text[kStringUnits * 3 + 1];  // a pair takes four bytes, so two a unit
+    char* end = text;
+    for (int32_t at = 0; at < count;) end += Utf8_Put(NextCharacter(units, count, &at), end);
+    *end = 0;
     VXCreateString(out, text);
-}
-
-// Decodes one character; units beyond the basic plane are left out.
-const unsigned char* NextUnit(const unsigned char* at, uint32_t* unit)
-{
-    const int more = *at < 0x80 ? 0 : *at < 0xE0 ? 1 : *at < 0xF0 ? 2 : 3;
-    *unit = more == 0 ? *at : *at & (0x3FU >> more);
-    ++at;
-    for (int i = 0; i < more && *at; ++i) *unit = *unit << 6 | (*at++ & 0x3FU);
-    return at;
 }
 
 bool Get_keyboard_string(CInstance*, int32_t, RValue* out)
@@ -120,12 +116,15 @@ bool Get_keyboard_string(CInstance*, int32_t, RValue* out)
 bool Set_keyboard_string(CInstance*, int32_t, const RValue* value)
 {
     const VXText text = ToText(value);
-    const auto* at = reinterpret_cast<const unsigned char*>(text.get());
+    const char* at = text.get();
     int32_t length = 0;
-    while (*at && length < kStringUnits - 2) {
-        uint32_t unit;
-        at = NextUnit(at, &unit);
-        if (unit < 0x10000) g_IOFrame.string[length++] = static_cast<uint16_t>(unit);
+    while (const uint32_t point = Utf8_Next(&at)) {
+        const int32_t units = point < 0x10000 ? 1 : 2;
+        if (point > kLastPoint) continue;
+        if (length + units > kFullString) break;
+        if (units == 2) g_IOFrame.string[length++] = static_cast<uint16_t>(0xD7C0 + (point >> 10));
+        const uint32_t last = units == 2 ? 0xDC00 + (point & 0x3FF) : point;
+        g_IOFrame.string[length++] = static_cast<uint16_t>(last);
     }
     g_IOFrame.string[length] = 0;
     g_IOFrame.stringLength = g_IOMessage.stringLength = length;

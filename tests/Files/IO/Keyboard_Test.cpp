@@ -244,6 +244,18 @@ TEST_F(KeyboardTest, TypedText)
     Type(u"!");
     Frame();
     EXPECT_EQ(VariableText("keyboard_string"), "s\u00e3o!");
+    // Characters of two units go in and out whole.
+    Type(u"\U0001F600");
+    Frame();
+    EXPECT_EQ(VariableText("keyboard_string"), "s\u00e3o!\U0001F600");
+    SetText("keyboard_string", "a\U0001F4E6\xC3\xA7");
+    EXPECT_EQ(VariableText("keyboard_string"), "a\U0001F4E6\u00e7");
+    Type(u"\b\b");
+    Frame();
+    EXPECT_EQ(VariableText("keyboard_string"), "a");
+    SetText("keyboard_string", (std::string(1022, 'x') + "\U0001F4E6y").c_str());
+    EXPECT_EQ(VariableText("keyboard_string"), std::string(1022, 'x')) << "both halves or none";
+
     SetText("keyboard_lastchar", "xyz");
     EXPECT_EQ(VariableText("keyboard_lastchar"), "x");
 }
@@ -274,8 +286,22 @@ TEST_F(KeyboardTest, WaitEndsWithAPressOrTheProgram)
     Frame();
     EXPECT_EQ(MouseButton(2), "dp.");
 
+    // A press that the frame has seen arrive is not the one to wait for; a quick one is.
+    Stage_Key('B', true);
+    Button(1, true);
+    Process_Messages();
     HostMessage quit{};
     quit.type = HostMessageType::Quit;
+    Stage_Key('C', true);
+    Stage_Key('C', false);
+    Call("keyboard_wait");
+    EXPECT_FALSE(g_QuitSeen);
+    Button(3, true);
+    Button(3, false);
+    Stage_Key('C', true);
+    Call("mouse_wait");
+    Call("io_clear");
+    Repeat('C');
     Stage_Post(quit);
     Stage_Key('Z', true);
     g_Running = true;

@@ -2,7 +2,7 @@
 
 #include "Files/Graphics/Surface.h"
 #include "tests/Files/IO/support_Input.h"
-#include "tests/Files/support_World.h"
+#include "tests/Files/support_Screen.h"
 
 namespace {
 
@@ -34,6 +34,21 @@ TEST_F(MouseTest, ButtonsLatchAndShowAsReleasedWhenTheyAreQuick)
     Button(0, true);
     Frame();
     EXPECT_EQ(MouseButton(-1), "...");
+}
+
+TEST_F(MouseTest, CaptureLastsWhileAButtonIsHeld)
+{
+    static std::string calls;
+    calls.clear();
+    g_Host.window.Capture = [](bool on) { calls += on ? "+" : "-"; };
+    for (const int32_t button : {1, 2}) Button(button, true);
+    for (const int32_t button : {1, 2}) Button(button, false);
+    Frame();
+    EXPECT_EQ(calls, "+-");
+    Button(3, false);  // went down outside of the window
+    Button(1, true);
+    Frame();
+    EXPECT_EQ(calls, "+--+");
 }
 
 TEST_F(MouseTest, WheelAndClearing)
@@ -146,8 +161,31 @@ TEST_F(RoomMouseTest, ViewsFromTheLastToTheFirst)
     EXPECT_EQ(RoomPosition(213, 480), "-20,120");
     EXPECT_EQ(RoomPosition(427, 240), "100,220");
 
-    left.surface_id = 3;  // drawn elsewhere: the whole room is under the mouse
-    EXPECT_EQ(RoomPosition(427, 240), "854,480");
+    left.surface_id = 3;  // a surface that is gone: it is drawn on the window
+    EXPECT_EQ(RoomPosition(427, 240), "100,220");
+}
+
+class ScreenMouseTest : public ScreenWorld {};
+
+TEST_F(ScreenMouseTest, AViewWithASurfaceOfItsOwnIsNotUnderTheMouse)
+{
+    Start();
+    Run_Room->viewsEnabled = true;
+    CView& view = Run_Room->views[0];
+    view.visible = true;
+    view.wview = view.wport = 854;
+    view.hview = view.hport = 480;
+    view.xview = 5000;
+    view.surface_id = Surface_Create(16, 16);
+    Run_Room->width = 854;
+    Stage_SetMouse(10, 10);
+    Rounds(1);
+    int32_t x, y;
+    IO_MouseRoomPosition(&x, &y);
+    EXPECT_EQ(x, 10) << "the whole room";
+    Surface_Free(view.surface_id);
+    IO_MouseRoomPosition(&x, &y);
+    EXPECT_EQ(x, 5010) << "through the view, as it is drawn now";
 }
 
 TEST_F(RoomMouseTest, EventsOfAClickReachWhatLiesUnderIt)
