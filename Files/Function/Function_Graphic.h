@@ -30,3 +30,6 @@ inline constexpr float kDegreeFloat = 3.1415927F / 180.0F;
 float Graphic_PlainAlpha();
 // A pixel 0xAARRGGBB as a script's colour, with the alpha byte when asked for.
 double Graphic_PixelColour(uint32_t pixel, bool withAlpha);
+// A script's colour from components of 0 to 255.
+uint32_t Colour_FromRgb(double red, double green, double blue);
+uint32_t Colour_FromHsv(double hue, double saturation, double value);

@@ -83,6 +83,15 @@ double Component(const RValue* args, int argc, int i)
 
 }  // namespace
 
+uint32_t Colour_FromRgb(double red, double green, double blue)
+{
+    return Join({red, green, blue});
+}
+uint32_t Colour_FromHsv(double hue, double saturation, double value)
+{
+    return Join(ToRgb({hue, saturation, value}));
+}
+
 BUILTIN(make_colour_rgb)
 {
     const auto red = static_cast<uint32_t>(ArgInt(args, argc, 0)) & 0xFFU;
@@ -93,8 +102,8 @@ BUILTIN(make_colour_rgb)
 
 BUILTIN(make_colour_hsv)
 {
-    SetReal(result, Join(ToRgb({Component(args, argc, 0), Component(args, argc, 1),
-                                Component(args, argc, 2)})));
+    SetReal(result, Colour_FromHsv(Component(args, argc, 0), Component(args, argc, 1),
+                                   Component(args, argc, 2)));
 }
 
 BUILTIN(colour_get_red)

@@ -13,20 +13,12 @@ void NotThereYet(RValue&, CInstance*, CInstance*, int, RValue*)
 
 namespace {
 
-constexpr BuiltinRow kParticleRows[] = {
-    {"effect_create_above", NotThereYet, 5},
-};
-
 constexpr BuiltinRow kVexoRows[] = {
     {"url_open", NotThereYet, 1},
 };
 
 }  // namespace
 
-void Function_Particle_Register()
-{
-    Function_AddRows(kParticleRows);
-}
 void Function_Shaders_Register()
 {
     Function_Steam_Register();

@@ -19,6 +19,7 @@
 #include "Files/IO/IO.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
+#include "Files/Particle/Particle_Main.h"
 #include "Files/Room/Room_Main.h"
 #include "Files/Run/Run_Modules.h"
 #include "Files/Script/Script_Main.h"
@@ -90,6 +91,7 @@ void ShowFirstPictures()
     Trace("Start Frame");
     Frame_Begin();  // the first round of the main loop ends it
     Trace("Part Create Textures");
+    Particle_CreateTextures();
     Trace("Debug Init Remote Interface");
     Trace("VM Init");
     Trace("Create Score Form");
@@ -122,6 +124,7 @@ bool InitGameSystem()
     DrawState_Init();
     Text_Init();
     Draw_Init();
+    Particle_Init();
     Variable_BuiltIn_Init();
     Variable_ResetGame();
     Function_Init();

@@ -12,6 +12,7 @@
 #include "Files/IO/IO.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Object/Object_Main.h"
+#include "Files/Particle/Particle_Main.h"
 #include "Files/Room/Room_Main.h"
 #include "Files/Run/CommandLine.h"
 #include "Files/Run/Run_Modules.h"
@@ -102,6 +103,7 @@ void Finish()
     Sprite_Quit();
     Background_Quit();
     Font_Quit();
+    Particle_Quit();
     Code_Quit();
     Variable_ResetGame();
     Variable_BuiltIn_Init();
