@@ -9,14 +9,17 @@ constexpr double rows = 10;  // rows of cells on the screen
 
 }  // namespace
 
-// Lower rows are drawn in front of higher ones. A box in mid-move keeps the depth of
-// the row that it left.
+void stand_in_row(CInstance* self, double nearer)
+{
+    const double row = floor_real(self->var(y)) / cell;
+    if (row < 0 || row >= rows || row != floor_real(row)) return;
+    self->var(depth) = -(row + nearer);
+}
+
 void vxl_Object_oMonte_Step(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    const double row = floor_real(self->var(y)) / cell;
-    if (row < 0 || row >= rows || row != floor_real(row)) return;
-    self->var(depth) = -row;
+    stand_in_row(self, 0);
 }
 
 // A box has a speed of its own only while a step is undone; that move ends on the

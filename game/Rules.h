@@ -11,6 +11,10 @@ using namespace names;
 // multiples of the cell in both axes; nothing stores a cell coordinate.
 inline constexpr double cell = 52;  // pixels
 
+// Lower rows are drawn in front of higher ones; `nearer` rows more than one's own. In
+// mid-move one keeps the depth of the row that one left.
+void stand_in_row(CInstance* self, double nearer);
+
 // Answer of os_type on a desktop; 3, 4 and 7 are the touch platforms.
 inline constexpr double desktop = 0;
 
