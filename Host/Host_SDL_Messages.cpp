@@ -3,18 +3,17 @@
 
 #include <cmath>
 
+#include "Host/Host_Keyboard.h"
 #include "Host/Host_SDL.h"
 
 namespace sdl {
 
 namespace {
 
-constexpr int kKeyCount = 256;
-
 VxVector<HostMessage> g_queue;  // read from g_head; reused, so a busy frame allocates nothing
 size_t g_head;
-bool g_sentKeys[kKeyCount];  // held by a script
-// What a key that is down was reported as: it goes up under the same number, even when
+keys::ScriptKeys g_script;
+// What a key that is down was reported as, by its side: it goes up under the same number, even when
 // the layout changed in between.
 int32_t g_keyOfScan[SDL_NUM_SCANCODES];
 Scale g_scale;  // as last told
@@ -31,58 +30,38 @@ HostMessage Make(HostMessageType type)
     return message;
 }
 
-bool IsExtended(const SDL_Keysym& key)
+bool IsRight(SDL_Keycode code)
 {
-    return key.sym == SDLK_RALT || key.sym == SDLK_RCTRL || key.sym == SDLK_KP_ENTER;
+    return code == SDLK_RSHIFT || code == SDLK_RCTRL || code == SDLK_RALT;
 }
 
+// A key's number, by its side.
 int32_t NumberOf(const SDL_Keysym& key)
 {
     const int32_t known = g_keyOfScan[key.scancode];
-    return known ? known : KeyFromSdl(key.sym, key.scancode);
+    if (known) return known;
+    return keys::WithSide(KeyFromSdl(key.sym, key.scancode)) + (IsRight(key.sym) ? 1 : 0);
 }
 
-// The number by which one side of Shift, Control and Alt is polled, or 0.
-int32_t SideOf(int scan)
+void QueueControl(int32_t key, Uint16 mod)
 {
-    switch (scan) {
-        case SDL_SCANCODE_LSHIFT:
-            return 160;
-        case SDL_SCANCODE_RSHIFT:
-            return 161;
-        case SDL_SCANCODE_LCTRL:
-            return 162;
-        case SDL_SCANCODE_RCTRL:
-            return 163;
-        case SDL_SCANCODE_LALT:
-            return 164;
-        case SDL_SCANCODE_RALT:
-            return 165;
-        default:
-            return 0;
-    }
+    HostMessage typed = Make(HostMessageType::Char);
+    typed.unit =
+        keys::ControlUnit(key, {.control = (mod & KMOD_CTRL) != 0, .alt = (mod & KMOD_ALT) != 0});
+    if (typed.unit) Queue(typed);
 }
 
 void QueueKey(const SDL_KeyboardEvent& event)
 {
     const bool down = event.type == SDL_KEYDOWN;
-    HostMessage message = Make(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
-    message.key = NumberOf(event.keysym);
-    g_keyOfScan[event.keysym.scancode] = down ? message.key : 0;
-    if (message.key == 0) return;
-    message.repeat = event.repeat != 0;
-    message.extended = IsExtended(event.keysym);
+    const int32_t key = NumberOf(event.keysym);
+    g_keyOfScan[event.keysym.scancode] = down ? key : 0;
+    if (key == 0) return;
+    HostMessage message = keys::Message(key, down, g_script.TakeBack(key, event.repeat != 0));
+    message.extended |= event.keysym.sym == SDLK_KP_ENTER;
     message.system = (event.keysym.mod & KMOD_ALT) != 0;
-    g_sentKeys[message.key] = false;
     Queue(message);
-    // SDL's text events leave control characters out; the runtime's string wants them.
-    const bool control =
-        message.key == 8 || message.key == 9 || message.key == 13 || message.key == 27;
-    if (down && control && !message.system) {
-        HostMessage typed = Make(HostMessageType::Char);
-        typed.unit = static_cast<uint16_t>(message.key);
-        Queue(typed);
-    }
+    if (down) QueueControl(message.key, event.keysym.mod);
 }
 
 // One UTF-8 character as one or two UTF-16 units; its length in bytes.
@@ -115,6 +94,21 @@ void QueueText(const char* text)
 int LockOf(int32_t key)
 {
     return key == 20 ? KMOD_CAPS : key == 144 ? KMOD_NUM : key == 145 ? KMOD_SCROLL : KMOD_NONE;
+}
+
+bool HeldByHand(int32_t key)
+{
+    SDL_PumpEvents();  // present, also for one who waits for it without taking messages
+    int count = 0;
+    const Uint8* states = SDL_GetKeyboardState(&count);
+    for (int scan = 0; scan < count; ++scan) {
+        if (!states[scan]) continue;
+        SDL_Keysym held{};
+        held.scancode = static_cast<SDL_Scancode>(scan);
+        held.sym = SDL_GetKeyFromScancode(held.scancode);
+        if (NumberOf(held) == key) return true;
+    }
+    return false;
 }
 
 void Toggle(int32_t key)
@@ -248,30 +242,14 @@ void PostMessage(const HostMessage& message)
 
 void SendKey(int32_t key, bool down)
 {
-    if (key < 1 || key >= kKeyCount) return;
-    HostMessage message = Make(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
-    message.key = key;
-    message.repeat = down && KeyState(key);
-    g_sentKeys[key] = down;
-    if (down && !message.repeat) Toggle(key);
-    Queue(message);
+    if (!keys::IsKey(key)) return;
+    if (down && !KeyState(key)) Toggle(key);
+    g_script.Send(key, down, HeldByHand);
 }
 
 bool KeyState(int32_t key)
 {
-    if (key < 1 || key >= kKeyCount) return false;
-    if (g_sentKeys[key]) return true;
-    SDL_PumpEvents();  // present, also for one who waits for it without taking messages
-    int count = 0;
-    const Uint8* states = SDL_GetKeyboardState(&count);
-    for (int scan = 0; scan < count; ++scan) {
-        if (!states[scan]) continue;
-        SDL_Keysym held{};
-        held.scancode = static_cast<SDL_Scancode>(scan);
-        held.sym = SDL_GetKeyFromScancode(held.scancode);
-        if (NumberOf(held) == key || SideOf(scan) == key) return true;
-    }
-    return false;
+    return g_script.Down(key, HeldByHand);
 }
 
 bool KeyToggled(int32_t key)
@@ -284,7 +262,7 @@ void ForgetMessages()
     VxVector<HostMessage>().swap(g_queue);
     g_head = 0;
     g_scale = Scale{};
-    for (bool& sent : g_sentKeys) sent = false;
+    g_script.Forget();
     for (int32_t& key : g_keyOfScan) key = 0;
 }
 

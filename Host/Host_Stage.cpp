@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "Host/Host_Keyboard.h"
 #include "Host/Host_Stage_Pads.h"
 #include "Host/Posix_Files.h"
 
@@ -14,8 +15,9 @@ struct StageState {
     int32_t mouseX = 0, mouseY = 0;  // client pixels
     int32_t cursorRow = 0;
     int32_t presents = 0;
-    bool keys[256] = {};
-    bool toggled[256] = {};
+    bool held[keys::kCount] = {};  // by hand, each by its side
+    bool toggled[keys::kCount] = {};
+    keys::ScriptKeys script;
     int64_t micros = 0;
     HostLocalTime localTime = {2026, 1, 1, 4, 12, 0, 0};
     VxString folder = "/tmp/", dataFolder = "/tmp/", clipboard, caption;
@@ -74,15 +76,26 @@ bool NextMessage(HostMessage* message)
     return true;
 }
 
+bool HeldByHand(int32_t key)
+{
+    return S().held[key];
+}
+
+bool KeyState(int32_t key)
+{
+    return S().script.Down(key, HeldByHand);
+}
+
+void Toggle(int32_t key)
+{
+    if (key == 20 || key == 144 || key == 145) S().toggled[key] = !S().toggled[key];
+}
+
 void SendKey(int32_t key, bool down)
 {
-    if (key < 0 || key > 255) return;
-    HostMessage message = Message(down ? HostMessageType::KeyDown : HostMessageType::KeyUp);
-    message.key = key;
-    message.repeat = down && S().keys[key];
-    S().keys[key] = down;
-    if (down && (key == 20 || key == 144 || key == 145)) S().toggled[key] = !S().toggled[key];
-    S().queue.push_back(message);
+    if (!keys::IsKey(key)) return;
+    if (down && !KeyState(key)) Toggle(key);
+    S().script.Send(key, down, HeldByHand);
 }
 
 void ClientSize(int32_t* width, int32_t* height)
@@ -146,8 +159,8 @@ const HostWindowTable kWindow = {
     .NextMessage = NextMessage,
     .PostMessage = [](const HostMessage& message) { S().queue.push_back(message); },
     .SendKey = SendKey,
-    .KeyState = [](int32_t key) { return key >= 0 && key < 256 && S().keys[key]; },
-    .KeyToggled = [](int32_t key) { return key >= 0 && key < 256 && S().toggled[key]; },
+    .KeyState = KeyState,
+    .KeyToggled = [](int32_t key) { return keys::IsKey(key) && S().toggled[key]; },
     .ClientSize = ClientSize,
     .ClientPosition = ClientPosition,
     .SetClientSize = SetClientSize,
@@ -294,7 +307,12 @@ void Stage_SetClientSize(int32_t width, int32_t height)
 
 void Stage_Key(int32_t key, bool down)
 {
-    SendKey(key, down);
+    if (!keys::IsKey(key)) return;
+    const int32_t side = keys::WithSide(key);
+    const bool before = S().script.TakeBack(side, S().held[side]);
+    S().held[side] = down;
+    if (down && !before) Toggle(key);
+    S().queue.push_back(keys::Message(side, down, before));
 }
 void Stage_Post(const HostMessage& message)
 {

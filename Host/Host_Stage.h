@@ -13,7 +13,7 @@ void Stage_MoveClock(int64_t micros);
 void Stage_SetLocalTime(const HostLocalTime& time);
 void Stage_SetDesktop(int32_t width, int32_t height);
 void Stage_SetClientSize(int32_t width, int32_t height);  // as a user's drag: posts the messages
-void Stage_Key(int32_t key, bool down);  // queues the message and sets the key state
+void Stage_Key(int32_t key, bool down);                   // a hand's: state and message, no text
 void Stage_Post(const HostMessage& message);
 void Stage_SetMouse(int32_t x, int32_t y);  // client pixels; queues the move
 void Stage_SetErrorChoice(HostErrorChoice choice);

@@ -140,6 +140,70 @@ TEST_F(KeyboardTest, ScriptedPressShowsInTheNextFrame)
     EXPECT_EQ(Number("keyboard_get_numlock"), 1);
 }
 
+TEST_F(KeyboardTest, ScriptedPressTypes)
+{
+    const auto tap = [this](int32_t key) {
+        Call("keyboard_key_press", {double(key)});
+        Call("keyboard_key_release", {double(key)});
+    };
+    for (const int32_t key : {int('A'), int('B'), 8, 32, int('7'), 98, 37, kEnter}) tap(key);
+    Frame();
+    EXPECT_EQ(VariableText("keyboard_string"), "a 72");
+    EXPECT_EQ(VariableText("keyboard_lastchar"), "\r");
+    Call("keyboard_key_press", {double(kShift)});
+    tap('A');
+    tap(20);  // Caps Lock
+    tap('A');
+    Call("keyboard_key_release", {double(kShift)});
+    tap('A');
+    Call("keyboard_key_press", {double(kControl)});
+    tap('A');
+    Frame();
+    EXPECT_EQ(VariableText("keyboard_string"), "a 72AaA");
+    EXPECT_EQ(VariableText("keyboard_lastchar"), "\x01");
+}
+
+TEST_F(KeyboardTest, ScriptedPressOfAnOneSidedKeyIsAlsoThatOfBoth)
+{
+    for (const int32_t both : {kShift, kControl, kAlt}) {
+        const int32_t left = 160 + 2 * (both - kShift);
+        for (const int32_t pressed : {both, left, left + 1}) {
+            Call("keyboard_key_press", {double(pressed)});
+            Frame();
+            EXPECT_EQ(Key(both), "dp.") << pressed;
+            EXPECT_EQ(Key(left), pressed == left + 1 ? "..." : "dp.") << pressed;
+            EXPECT_EQ(Key(left + 1), pressed == left + 1 ? "dp." : "...") << pressed;
+            EXPECT_EQ(Number("keyboard_check_direct", {double(both)}), 1);
+            Call("keyboard_key_release", {double(pressed)});
+            Frame();
+            EXPECT_TRUE(Check(0)) << pressed;
+            Frame();
+        }
+    }
+}
+
+TEST_F(KeyboardTest, ScriptAndHandOnTheSameKey)
+{
+    const auto direct = [this] { return Number("keyboard_check_direct", {double('A')}); };
+    Stage_Key('A', true);
+    Frame();
+    Call("keyboard_key_press", {double('A')});
+    Frame();
+    EXPECT_EQ(Key('A'), "d..") << "it was down already";
+    Call("keyboard_key_release", {double('A')});
+    Frame();
+    EXPECT_EQ(Key('A'), "..r");
+    EXPECT_EQ(direct(), 0) << "let go, though the finger is still there";
+    Stage_Key('A', true);  // the desktop repeats what is held
+    Frame();
+    EXPECT_EQ(Key('A'), "dp.");
+    EXPECT_EQ(direct(), 1);
+    Call("keyboard_key_release", {double('A')});
+    Stage_Key('A', false);
+    Stage_Key('A', true);
+    EXPECT_EQ(direct(), 1);
+}
+
 TEST_F(KeyboardTest, FocusChangeLetsGoOfEverything)
 {
     Stage_Key('A', true);
