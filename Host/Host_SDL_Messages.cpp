@@ -18,6 +18,42 @@ keys::ScriptKeys g_script;
 int32_t g_keyOfScan[SDL_NUM_SCANCODES];
 Scale g_scale;  // as last told
 
+// SDL lets go of all keys when the focus goes, and knows nothing of those that are still
+// held when it comes back: the desktop's next repeat of one looks like a press.
+class HeldWhileAway {
+public:
+    void Up(int scan, Uint32 time)
+    {
+        upAt_[scan] = time;
+        wentUp_[scan] = true;
+        carried_[scan] = false;
+    }
+    void FocusLost(Uint32 time)
+    {
+        for (int scan = 0; scan < SDL_NUM_SCANCODES; ++scan) {
+            const bool letGo = wentUp_[scan] && time - upAt_[scan] <= kLetGoMillis;
+            carried_[scan] = letGo || (carried_[scan] && StillNew(time));
+        }
+    }
+    void FocusGained(Uint32 time) { gainedAt_ = time; }
+    // Of a key that goes down: whether it was held all along.
+    bool Repeats(int scan, Uint32 time)
+    {
+        carried_[scan] = carried_[scan] && StillNew(time);
+        return carried_[scan];
+    }
+
+private:
+    static constexpr Uint32 kLetGoMillis = 20;    // from SDL's letting go to the word of the loss
+    static constexpr Uint32 kRepeatMillis = 700;  // the longest until a held key repeats
+
+    bool StillNew(Uint32 time) const { return time - gainedAt_ <= kRepeatMillis; }
+
+    Uint32 upAt_[SDL_NUM_SCANCODES] = {}, gainedAt_ = 0;
+    bool wentUp_[SDL_NUM_SCANCODES] = {}, carried_[SDL_NUM_SCANCODES] = {};
+};
+HeldWhileAway g_away;
+
 void Queue(const HostMessage& message)
 {
     g_queue.push_back(message);
@@ -57,7 +93,10 @@ void QueueKey(const SDL_KeyboardEvent& event)
     const int32_t key = NumberOf(event.keysym);
     g_keyOfScan[event.keysym.scancode] = down ? key : 0;
     if (key == 0) return;
-    HostMessage message = keys::Message(key, down, g_script.TakeBack(key, event.repeat != 0));
+    const bool repeat =
+        down && (g_away.Repeats(event.keysym.scancode, event.timestamp) || event.repeat != 0);
+    if (!down) g_away.Up(event.keysym.scancode, event.timestamp);
+    HostMessage message = keys::Message(key, down, g_script.TakeBack(key, repeat));
     message.extended |= event.keysym.sym == SDLK_KP_ENTER;
     message.system = (event.keysym.mod & KMOD_ALT) != 0;
     Queue(message);
@@ -170,6 +209,10 @@ void QueueWindow(const SDL_WindowEvent& event)
         case SDL_WINDOWEVENT_FOCUS_LOST:
             message = Make(HostMessageType::ActivateApp);
             message.flag = event.event == SDL_WINDOWEVENT_FOCUS_GAINED;
+            if (message.flag)
+                g_away.FocusGained(event.timestamp);
+            else
+                g_away.FocusLost(event.timestamp);
             break;
         case SDL_WINDOWEVENT_CLOSE:
             message = Make(HostMessageType::Close);
@@ -263,6 +306,7 @@ void ForgetMessages()
     g_head = 0;
     g_scale = Scale{};
     g_script.Forget();
+    g_away = HeldWhileAway();
     for (int32_t& key : g_keyOfScan) key = 0;
 }
 

@@ -25,6 +25,10 @@ protected:
         SDL_ClearHints();
     }
 
+    Uint32 now_ = 5000;  // milliseconds
+
+    // As SDL_PushEvent, which would set the time.
+    static void Add(SDL_Event* event) { SDL_PeepEvents(event, 1, SDL_ADDEVENT, 0, 0); }
     void Key(SDL_Scancode scan, bool down, Uint16 mod = 0, bool repeat = false)
     {
         SDL_Event event{};
@@ -33,14 +37,16 @@ protected:
         event.key.keysym.sym = SDL_GetKeyFromScancode(scan);
         event.key.keysym.mod = mod;
         event.key.repeat = repeat;
-        SDL_PushEvent(&event);
+        event.key.timestamp = now_;
+        Add(&event);
     }
     void Focus(bool gained)
     {
         SDL_Event event{};
         event.type = SDL_WINDOWEVENT;
         event.window.event = gained ? SDL_WINDOWEVENT_FOCUS_GAINED : SDL_WINDOWEVENT_FOCUS_LOST;
-        SDL_PushEvent(&event);
+        event.window.timestamp = now_;
+        Add(&event);
     }
     // "+65" down, "=65" repeated, "-65" up, "c97" typed, "focus", "away".
     static std::string Messages()
@@ -73,6 +79,37 @@ TEST_F(MessagesTest, ControlCharacters)
         Key(scan, true, KMOD_LCTRL);
     }
     EXPECT_EQ(Messages(), "+13 c13 +13 c10 +8 c8 +8 c127 +9 c9 +9 +27 c27 +27 c27 ");
+}
+
+TEST_F(MessagesTest, KeyHeldWhileTheFocusIsAwayMustBePressedAnew)
+{
+    Focus(true);
+    Key(SDL_SCANCODE_A, true);
+    Key(SDL_SCANCODE_B, true);
+    now_ += 1000;
+    Key(SDL_SCANCODE_B, false);
+    now_ += 100;
+    Key(SDL_SCANCODE_A, false);  // SDL lets go of it, the finger does not
+    Focus(false);
+    now_ += 5000;
+    Focus(true);
+    EXPECT_EQ(Messages(), "focus +65 +66 -66 -65 away focus ");
+    now_ += 650;
+    Key(SDL_SCANCODE_A, true);
+    Key(SDL_SCANCODE_A, true, 0, true);
+    Key(SDL_SCANCODE_B, true);
+    EXPECT_EQ(Messages(), "=65 =65 +66 ");
+    Key(SDL_SCANCODE_A, false);
+    Key(SDL_SCANCODE_A, true);
+    EXPECT_EQ(Messages(), "-65 +65 ");
+
+    // Long after the focus came back no held key is silent any more.
+    Key(SDL_SCANCODE_A, false);
+    Focus(false);
+    Focus(true);
+    now_ += 800;
+    Key(SDL_SCANCODE_A, true);
+    EXPECT_EQ(Messages(), "-65 away focus +65 ");
 }
 
 TEST_F(MessagesTest, SidesAndWhatAScriptDoesWithAHeldKey)

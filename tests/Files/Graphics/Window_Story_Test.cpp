@@ -150,6 +150,13 @@ TEST_P(WindowStory, FromTheFirstFrameToTheCross)
     ASSERT_TRUE(Until([] { return !g_WindowFocus; }));
     Rounds(1);
     EXPECT_FALSE(IO_KeyCheck('A'));
+    // Still held when the focus is back, the key repeats but is no press.
+    user_->focus(true);
+    ASSERT_TRUE(Until([] { return g_WindowFocus; }));
+    bool pressed = false;
+    for (int look = 0; look < 2 && !IO_KeyCheck('A'); ++look)
+        Until([&] { return pressed |= IO_KeyPressed('A'), IO_KeyCheck('A'); });
+    EXPECT_FALSE(pressed);
     user_->press("a", false);
 
     EXPECT_EQ(g_Device->Counts().textures, atFirst.textures);
