@@ -125,4 +125,27 @@ TEST_F(Session, ComesBackFrameByFrameOnBothDevices)
     EXPECT_EQ(Difference(world, gl->hashes()), -1) << "in a window on GL";
 }
 
+// The ways past the logo, for one who has chosen the language before.
+TEST_F(Session, EachWayLeadsFromTheLogoToTheTitle)
+{
+    constexpr int kShown = 30, kSoon = 60, kLeavesByItself = 180, kEnd = 300;  // frames
+    const std::string save = "[preferencias]\r\ntutorial=\"false\"\r\nidioma=\"ingles\"\r\n";
+    screen_.hands("mousemove 640 512");
+    for (const std::string way :
+         {"keydown space sleep 0.1 keyup space", "mousedown 1 sleep 0.1 mouseup 1", ""}) {
+        WindowRun run(screen_, {{"-software"}, kEnd, 2, save});
+        ASSERT_TRUE(run.wait_for(kShown)) << way;
+        EXPECT_EQ(run.room_name(), "room_intro") << way;
+        if (!way.empty()) screen_.hands(way);
+        const int soon = run.frame() + kSoon;
+        const bool slowHands = soon > kLeavesByItself;  // of a busy machine: they tell nothing
+        run.wait_for(way.empty() ? kLeavesByItself - 10 : soon);
+        if (!slowHands) {
+            EXPECT_EQ(run.room_name(), way.empty() ? "room_intro" : "room_titulo") << way;
+        }
+        if (way.empty()) run.wait_for(kLeavesByItself + kSoon);
+        EXPECT_EQ(run.room_name(), "room_titulo") << way;
+    }
+}
+
 }  // namespace

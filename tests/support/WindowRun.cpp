@@ -107,6 +107,7 @@ void WindowRun::Play(const Screen& screen, const Options& options)
                                  options.switches.end());
     stageOptions.window = true;
     stageOptions.windowPace = options.pace;
+    stageOptions.save = options.save;
     {
         Stage stage(stageOptions);
         if (!stage.started()) _exit(1);

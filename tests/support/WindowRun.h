@@ -29,8 +29,9 @@ class WindowRun {
 public:
     struct Options {
         std::vector<std::string> switches;
-        int frames = 0;   // the run ends after them
-        double pace = 1;  // of the clock; 0 runs as fast as it can
+        int frames = 0;         // the run ends after them
+        double pace = 1;        // of the clock; 0 runs as fast as it can
+        std::string save = {};  // text of SaveGame.sav before the start
     };
 
     WindowRun(const Screen& screen, const Options& options);
