@@ -1,5 +1,5 @@
 // The twelve effects: two systems of their own, one under and one over the room, and a
-// type for each part of an effect.
+// type for each part of an effect in each size.
 
 #include <algorithm>
 #include <cmath>
@@ -49,41 +49,12 @@ struct EffectPart {
     int32_t kind;
     CParticleType look;
     int32_t count[3];
-    float radius;  // pixels
+    float radius;     // pixels
+    float shade = 0;  // how much darker than the effect's colour, 0 to 1
 };
 
 constexpr EffectPart kParts[] = {
-    // A flash, flames that roll outward, and the smoke that they leave.
-    {EF_EXPLOSION,
-     {.shape = FLARE,
-      .sizeMin = 1,
-      .sizeMax = 1,
-      .sizeIncrease = 0.3F,
-      .lifeMin = 7,
-      .lifeMax = 7,
-      .alphaMiddle = 0.5F,
-      .alphaEnd = 0,
-      .additiveBlend = true},
-     {1, 1, 1},
-     0},
-    {EF_EXPLOSION,
-     {.shape = EXPLOSION,
-      .sizeMin = 0.2F,
-      .sizeMax = 0.4F,
-      .sizeIncrease = 0.06F,
-      .lifeMin = 12,
-      .lifeMax = 20,
-      .speedMin = 1,
-      .speedMax = 3.5F,
-      .speedIncrease = -0.12F,
-      .directionMax = 360,
-      .angleMax = 360,
-      .angleIncrease = 3,
-      .alphaStart = 0.9F,
-      .alphaMiddle = 0.6F,
-      .alphaEnd = 0},
-     {8, 14, 24},
-     6},
+    // Smoke that rises, flames that roll outward, a hot heart, and a flash.
     {EF_EXPLOSION,
      {.shape = SMOKE,
       .sizeMin = 0.3F,
@@ -101,7 +72,57 @@ constexpr EffectPart kParts[] = {
       .alphaMiddle = 0.35F,
       .alphaEnd = 0},
      {4, 7, 12},
-     18},
+     18,
+     0.75F},
+    {EF_EXPLOSION,
+     {.shape = EXPLOSION,
+      .sizeMin = 0.25F,
+      .sizeMax = 0.5F,
+      .sizeIncrease = 0.035F,
+      .lifeMin = 12,
+      .lifeMax = 22,
+      .speedMin = 0.5F,
+      .speedMax = 3.5F,
+      .speedIncrease = -0.12F,
+      .directionMax = 360,
+      .angleMax = 360,
+      .angleIncrease = 3,
+      .alphaStart = 0.7F,
+      .alphaMiddle = 0.5F,
+      .alphaEnd = 0},
+     {5, 8, 13},
+     6,
+     0.35F},
+    {EF_EXPLOSION,
+     {.shape = EXPLOSION,
+      .sizeMin = 0.15F,
+      .sizeMax = 0.3F,
+      .sizeIncrease = 0.02F,
+      .lifeMin = 10,
+      .lifeMax = 16,
+      .speedMin = 0.2F,
+      .speedMax = 2,
+      .directionMax = 360,
+      .angleMax = 360,
+      .angleIncrease = -4,
+      .alphaStart = 0.8F,
+      .alphaMiddle = 0.5F,
+      .alphaEnd = 0,
+      .additiveBlend = true},
+     {3, 5, 8},
+     6},
+    {EF_EXPLOSION,
+     {.shape = FLARE,
+      .sizeMin = 1,
+      .sizeMax = 1,
+      .sizeIncrease = 0.3F,
+      .lifeMin = 7,
+      .lifeMax = 7,
+      .alphaMiddle = 0.5F,
+      .alphaEnd = 0,
+      .additiveBlend = true},
+     {1, 1, 1},
+     0},
     {EF_RING,
      {.shape = RING,
       .sizeMin = 0,
@@ -128,10 +149,10 @@ constexpr EffectPart kParts[] = {
     // Sparks fly apart, slow down and sink.
     {EF_FIREWORK,
      {.shape = FLARE,
-      .sizeMin = 0.1F,
-      .sizeMax = 0.3F,
-      .sizeIncrease = -0.003F,
-      .sizeWiggle = 0.06F,
+      .sizeMin = 0.06F,
+      .sizeMax = 0.18F,
+      .sizeIncrease = -0.002F,
+      .sizeWiggle = 0.04F,
       .lifeMin = 25,
       .lifeMax = 40,
       .speedMin = 0.5F,
@@ -270,7 +291,7 @@ constexpr size_t kPartCount = std::size(kParts);
 constexpr float kGrowth[3] = {0.5F, 1, 2};  // of small, medium and large
 
 int32_t s_below = -1, s_above = -1;  // the two systems
-int32_t s_types[kPartCount];         // one for each part
+int32_t s_types[kPartCount][3];      // one for each part and size
 bool s_made;
 
 int32_t MakeSystem(int32_t index, float depth)
@@ -285,12 +306,14 @@ int32_t MakeSystem(int32_t index, float depth)
 // A script may have destroyed what was there.
 void MakeSure()
 {
-    if (!s_made) std::fill(std::begin(s_types), std::end(s_types), -1);
+    if (!s_made)
+        for (auto& sizes : s_types) std::fill(std::begin(sizes), std::end(sizes), -1);
     s_made = true;
     s_below = MakeSystem(s_below, kBelowDepth);
     s_above = MakeSystem(s_above, kAboveDepth);
-    for (int32_t& type : s_types)
-        if (!ParticleType_Data(type)) type = ParticleType_Create();
+    for (auto& sizes : s_types)
+        for (int32_t& type : sizes)
+            if (!ParticleType_Data(type)) type = ParticleType_Create();
 }
 
 // A room that is faster than 30 steps a second gets slower particles that live longer.
@@ -361,7 +384,9 @@ void Effect_Create(bool above, int32_t kind, float x, float y, int32_t size, uin
     for (size_t part = 0; part < kPartCount; ++part) {
         const EffectPart& row = kParts[part];
         if (row.kind != kind) continue;
-        CParticleType& look = *ParticleType_Data(s_types[part]);
+        const int32_t type = s_types[part][size];
+        CParticleType& look = *ParticleType_Data(type);
+        const uint32_t shaded = Particle_Blend(colour, 0, row.shade);
         look = Scaled(row.look, growth, pace);
         if (falls) {
             // At 7 pixels a step a fifth of the height leads rain out of the room; snow falls
@@ -369,10 +394,9 @@ void Effect_Create(bool above, int32_t kind, float x, float y, int32_t size, uin
             const float share = kind == EF_RAIN ? 0.2F : 0.6F;
             look.lifeMin = look.lifeMax =
                 Steps(static_cast<float>(Run_Room->height) * share / pace);
-            FromTheSky(system, s_types[part], look, row.count[size], colour);
+            FromTheSky(system, type, look, row.count[size], shaded);
         } else {
-            AboutAPlace(system, x, y, row.radius * growth, s_types[part], look, row.count[size],
-                        colour);
+            AboutAPlace(system, x, y, row.radius * growth, type, look, row.count[size], shaded);
         }
     }
 }

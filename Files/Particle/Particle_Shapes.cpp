@@ -79,7 +79,7 @@ float Square(float x, float y)
 }
 float Line(float x, float y)
 {
-    return Cover(ToStroke(x + 26.5F, y, 53) - 1.5F);
+    return Cover(ToStroke(x + 25, y, 50) - 3);
 }
 float Star(float x, float y)
 {

@@ -96,8 +96,8 @@ KeptPicture TakePicture(const SceneRow& row)
 std::vector<SceneRow> AllScenes()
 {
     std::vector<SceneRow> all;
-    for (const auto& family :
-         {Scenes_Quads(), Scenes_States(), Scenes_Text(), Scenes_Rooms(), Scenes_Surfaces()})
+    for (const auto& family : {Scenes_Quads(), Scenes_States(), Scenes_Text(), Scenes_Rooms(),
+                               Scenes_Surfaces(), Scenes_Particles()})
         all.insert(all.end(), family.begin(), family.end());
     return all;
 }

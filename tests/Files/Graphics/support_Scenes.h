@@ -27,6 +27,7 @@ std::span<const SceneRow> Scenes_States();
 std::span<const SceneRow> Scenes_Text();
 std::span<const SceneRow> Scenes_Rooms();
 std::span<const SceneRow> Scenes_Surfaces();
+std::span<const SceneRow> Scenes_Particles();
 std::vector<SceneRow> AllScenes();
 
 // Colours as scripts write them.

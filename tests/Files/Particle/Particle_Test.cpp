@@ -318,7 +318,7 @@ TEST_F(ParticleTest, EveryShapeIsAPictureOfItsOwn)
             height += alpha[static_cast<size_t>(i * 64 + 32)] > 0;
         }
         EXPECT_NEAR(length, 56, 1);
-        EXPECT_NEAR(height, 4, 1);
+        EXPECT_NEAR(height, 6, 1);
     }
 }
 
