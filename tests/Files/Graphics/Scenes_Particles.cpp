@@ -28,11 +28,11 @@ void Shapes(SceneStage& s)
     Particle_Quit();
 }
 
-// A row a size, a third of a second after they began; rain and snow fall
-// behind them all.
+// A row for small ones and one for medium ones, a third of a second after they began.
+// Rain and snow fall behind them.
 void Effects(SceneStage& s)
 {
-    Prepare(s, 1100, 480);
+    Prepare(s, 1100, 280);
     Random_Seed(7);
     constexpr uint32_t kColours[] = {kOrange, kYellow, kWhite, kYellow, kGrey,
                                      kWhite,  kYellow, kWhite, kOrange, kWhite};
@@ -40,8 +40,8 @@ void Effects(SceneStage& s)
         s.call("effect_create_below", 10, 0, 0, 1, 0xC0C0C0);
         if (step % 3 == 0) s.call("effect_create_below", 11, 0, 0, 1, kWhite);
         for (int kind = 0; step == 80 && kind < 10; ++kind)
-            for (int size = 0; size < 3; ++size)
-                s.call("effect_create_above", kind, 60 + kind * 108, 50 + size * 160, size,
+            for (int size = 0; size < 2; ++size)
+                s.call("effect_create_above", kind, 60 + kind * 108, 50 + size * 140, size,
                        kColours[kind]);
         Services_UpdateParticles();
     }
@@ -51,7 +51,7 @@ void Effects(SceneStage& s)
 
 constexpr SceneRow kScenes[] = {
     {"particle_shapes", 480, 140, Shapes},
-    {"particle_effects", 1100, 480, Effects},
+    {"particle_effects", 1100, 280, Effects},
 };
 
 }  // namespace
