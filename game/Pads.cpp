@@ -20,6 +20,9 @@ constexpr PadWay padWays[ways] = {
     {gp_padr, controla_key_right, "vk_right"},
 };
 
+// The order in which they are looked at: left, right, down, up.
+constexpr int order[ways] = {2, 3, 1, 0};
+
 // The part of a pad that leads a figure.
 struct Grip {
     PadAxis across, along;
@@ -45,7 +48,7 @@ void hold_key(CInstance* self, bool down, InstanceVar held, int32_t key, const c
 
 void lead(CInstance* self, const Figure& figure, double slot, const Grip& grip)
 {
-    for (int i = 0; i < ways; ++i) {
+    for (const int i : order) {
         const Direction& way = directions[i];
         const PadWay& padWay = padWays[i];
         const double stick = gamepad_axis_value(slot, way.x != 0 ? grip.across : grip.along);
@@ -57,8 +60,10 @@ void lead(CInstance* self, const Figure& figure, double slot, const Grip& grip)
 
 void restart_by_pad()
 {
-    if (gameOver == 0) click();
-    room_restart();
+    if (gameOver == 0) {
+        click();
+        room_restart();
+    }
     show_debug_message("ord(T) ativa!!");
 }
 
