@@ -142,8 +142,22 @@ TEST_P(WindowStory, FromTheFirstFrameToTheCross)
                             std::to_string((desktop.height - 300) / 2));
     EXPECT_EQ(g_Display.resetCountdown, 0);
 
-    // Keys are let go with the focus.
+    // The sides of Shift; a script lets go of a key that the user holds.
     user_->focus(true);
+    user_->press("Shift_R", true);
+    ASSERT_TRUE(Until([] { return IO_KeyCheck(161) && IO_KeyCheck(16); }));
+    EXPECT_FALSE(IO_KeyCheck(160));
+    g_Host.window.SendKey(161, false);
+    EXPECT_FALSE(g_Host.window.KeyState(161) || g_Host.window.KeyState(16));
+    Rounds(2);  // the messages come behind a round
+    EXPECT_FALSE(IO_KeyCheck(16) || IO_KeyCheck(161));
+    user_->press("Shift_R", false);
+    user_->press("Shift_L", true);
+    ASSERT_TRUE(Until([] { return IO_KeyCheck(160); }));
+    user_->press("Shift_L", false);
+    ASSERT_TRUE(Until([] { return !IO_KeyCheck(16) && !IO_KeyCheck(160); }));
+
+    // Keys are let go with the focus.
     user_->press("a", true);
     ASSERT_TRUE(Until([] { return IO_KeyCheck('A'); }));
     user_->focus(false);
