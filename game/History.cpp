@@ -139,13 +139,41 @@ void walk_back(CInstance* who, const Direction& direction, double speed)
         who->var(vspeed) = -direction.y * speed;
 }
 
+const Direction& opposite(const Direction& direction)
+{
+    for (const Direction& other : directions)
+        if (other.x == -direction.x && other.y == -direction.y) return other;
+    return direction;
+}
+
+// Whether a step that way would lead the figure out of its cell.
+bool can_leave(CInstance* self, const Ahead& ahead)
+{
+    if (box_ahead(self, ahead)) return beyond_is_free(self, ahead);
+    return place_free(self, self->var(x) + ahead.nextX, self->var(y) + ahead.nextY);
+}
+
+// The cell that the box goes back to may have been taken since, and the box itself may
+// be on its way elsewhere: then it stays out of the undo.
+bool may_go_back(CInstance* box, CInstance* self, const Figure& figure, const Direction& direction)
+{
+    if (!on_grid(box) || !is_still(box)) return false;
+    const double toX = box->var(x) - direction.x * cell, toY = box->var(y) - direction.y * cell;
+    // Boxes are of the walls' family.
+    for (const Object& blocks : {oWall, oPortaoFechado, figure.partner})
+        if (place_meeting(box, toX, toY, blocks)) return false;
+    // The figure itself has to make room.
+    return !place_meeting(box, toX, toY, Target(self->id)) ||
+           can_leave(self, opposite(direction).ahead);
+}
+
 void undo_boxes(CInstance* self, const Figure& figure, double speed)
 {
     const double boxes = instance_number(oMonte);
     for (double row = 0; row < boxes; ++row)
         if (const Direction* direction = direction_of(figure.boxes(row, figure.step).get()))
             for (CInstance* box : With(self, box_of_row(figure, row)))
-                walk_back(box, *direction, speed);
+                if (may_go_back(box, self, figure, *direction)) walk_back(box, *direction, speed);
 }
 
 // The picture is that of the step as it was taken: the figure walks backwards.

@@ -139,10 +139,11 @@ void for_touched_boxes(CInstance* who, const Figure& figure, double towardsX, do
     }
 }
 
-// The box walks against the figure's own way.
+// The box walks against the figure's own way; one that has not left its cell stays.
 void send_back(CInstance* who, const Direction& way, Target box)
 {
     for (CInstance* sent : With(who, box)) {
+        if (on_grid(sent)) continue;
         if (way.x != 0)
             sent->var(hspeed) = who->var(hspeed) * -1;
         else
@@ -150,10 +151,42 @@ void send_back(CInstance* who, const Direction& way, Target box)
     }
 }
 
+void set_speed(CInstance* who, double h, double v)
+{
+    who->var(hspeed) = h;
+    who->var(vspeed) = v;
+}
+
+// What a figure that has turned does with its boxes. One that it had pushed stays
+// behind between two cells: it comes along. One that it walks towards, and that has
+// the same line, is pushed again from where the figure stands.
+void take_boxes_along(CInstance* who, const Figure& figure)
+{
+    const double h = who->var(hspeed), v = who->var(vspeed);
+    const double toX = (h > 0) - (h < 0), toY = (v > 0) - (v < 0);
+    const auto ahead = [&](CInstance* box) {
+        return (box->var(x) - who->var(x)) * toX + (box->var(y) - who->var(y)) * toY;
+    };
+    for_touched_boxes(who, figure, -toX, -toY, [&](double, Target box) {
+        for (CInstance* taken : With(who, box))
+            if (ahead(taken) < 0 && !on_grid(taken) && is_still(taken)) set_speed(taken, h, v);
+    });
+    for_touched_boxes(who, figure, toX, toY, [&](double, Target box) {
+        for (CInstance* pushed : With(who, box)) {
+            if (ahead(pushed) <= 0 || pushed->var(h != 0 ? hspeed : vspeed) == 0) continue;
+            if (pushed->var(h != 0 ? y : x) != who->var(h != 0 ? y : x)) continue;
+            set_speed(pushed, 0, 0);
+            pushed->var(x) = who->var(x) + toX * cell;
+            pushed->var(y) = who->var(y) + toY * cell;
+        }
+    });
+}
+
 void turn_round(CInstance* who, const Figure& figure)
 {
     who->var(vspeed) = who->var(vspeed) * -1;
     who->var(hspeed) = who->var(hspeed) * -1;
+    if (!is_still(who)) take_boxes_along(who, figure);
     cancel_step(who, figure);
 }
 

@@ -1,6 +1,7 @@
 // Steps from cell to cell. A new direction is chosen only on the grid, and a step that
 // was started always runs on to the next cell.
 
+#include <cmath>
 #include <cstdio>
 
 #include "game/Figure.h"
@@ -14,6 +15,11 @@ Sprite picture(const Figure& figure, const Pictures& pictures)
 bool on_grid(CInstance* self)
 {
     return action_if_aligned(self, cell, cell);
+}
+
+bool is_still(CInstance* who)
+{
+    return who->var(hspeed) == 0 && who->var(vspeed) == 0;
 }
 
 bool is_moving(CInstance* self, const Figure& figure)
@@ -83,12 +89,37 @@ void show_pushing(CInstance* self, const Figure& figure)
             self->var(sprite_index) = picture(figure, direction.pushing);
 }
 
+// Between two cells a box keeps to the line that it moves along; one that walks that way
+// by itself is not pushed on.
+bool may_be_pushed(CInstance* box, double stepX, double stepY)
+{
+    if (box->var(hspeed) * stepX > 0 || box->var(vspeed) * stepY > 0) return false;
+    return place_snapped(box, stepX == 0 ? cell : 0, stepY == 0 ? cell : 0);
+}
+
+// Something in its way will put the other figure back to where it was: that place is
+// still taken.
+bool other_is_put_back_to(CInstance* box, double toX, double toY, const Figure& figure)
+{
+    for (CInstance* other : With(box, figure.partner)) {
+        const double otherX = other->var(x), otherY = other->var(y);
+        if (place_free(other, otherX, otherY) && !place_meeting(other, otherX, otherY, oMonte))
+            continue;
+        if (std::abs(toX - other->var(xprevious)) < cell &&
+            std::abs(toY - other->var(yprevious)) < cell)
+            return true;
+    }
+    return false;
+}
+
 // The box moves by the figure's speed when neither anything solid nor another box
 // stands in the way.
-void push_box(CInstance* box, double stepX, double stepY)
+void push_box(CInstance* box, double stepX, double stepY, const Figure& figure)
 {
+    if (!may_be_pushed(box, stepX, stepY)) return;
     if (!action_if_empty(box, beside(stepX, stepY), false)) return;
     if (action_if_object(box, oMonte, beside(stepX, stepY))) return;
+    if (other_is_put_back_to(box, box->var(x) + stepX, box->var(y) + stepY, figure)) return;
     box->var(x) += stepX;
     box->var(y) += stepY;
 }
@@ -104,6 +135,6 @@ void push(CInstance* self, CInstance* box, const Figure& figure)
     if (&figure == &playerOne && instance_exists(self, oPlayerArrows2))
         push_against_player_two(self);
     show_pushing(self, figure);
-    push_box(box, 0, self->var(vspeed));
-    push_box(box, self->var(hspeed), 0);
+    push_box(box, 0, self->var(vspeed), figure);
+    push_box(box, self->var(hspeed), 0, figure);
 }
