@@ -188,8 +188,7 @@ TEST(Bot, RandomKeysBreakNothing)
                                  << level.stage.global_text("gameType");
         }
     }
-    std::printf("seed %u: %d levels' worth
-", seed, share);
+    std::printf("seed %u: %d levels' worth\n", seed, share);
 }
 
 }  // namespace
