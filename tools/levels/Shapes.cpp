@@ -46,7 +46,8 @@ bool HangsTogether(Bits floor)
     return floor && Reach(floor, Bit(First(floor))) == floor;
 }
 
-// Takes away up to `count` cells that have floor on all eight sides or on most.
+// Takes away up to `count` cells that have floor on all eight sides or on most. Beyond
+// the first row lies the last, and the other way round.
 void PlantBushes(Bits& floor, int count, Bits keep, Random& random)
 {
     for (int tries = 0; tries < 40 && count > 0; ++tries) {
@@ -55,7 +56,8 @@ void PlantBushes(Bits& floor, int count, Bits keep, Random& random)
         int around = 0;
         for (int dy = -1; dy <= 1; ++dy) {
             for (int dx = -1; dx <= 1; ++dx) {
-                around += Has(floor, CellAt(ColumnOf(cell) + dx, MapRowOf(cell)) + dy * kStride);
+                const Cell beside = CellAt(ColumnOf(cell) + dx, MapRowOf(cell)) + dy * kStride;
+                around += Has(floor, (beside + kCells) % kCells);
             }
         }
         if (around < 7 || (keep & Bit(cell)) || !HangsTogether(without)) continue;

@@ -208,7 +208,7 @@ TEST_F(ParticleTest, ColoursAreDrawnFromTheirLimits)
             EXPECT_TRUE(mode.holds(Particle(i).colour)) << mode.function << Particle(i).colour;
             seen.insert(Particle(i).colour);
         }
-        EXPECT_EQ(seen.size() > 5, mode.limits[4] != 90) << mode.function;
+        EXPECT_EQ(seen.size() > 5, mode.limits.back() != 90) << mode.function;
     }
     call("part_particles_create_color", system, 0, 0, type, 0x123456, 2);
     EXPECT_EQ(Particle(101).colour, 0x123456U);
