@@ -8,7 +8,6 @@
 namespace {
 
 constexpr int worlds = 5, levelsOfWorld = 20;
-constexpr double finished = 2, unlocked_ = 1;  // values of a level in the save file
 constexpr double thousandths = 1000;
 
 constexpr InstanceVar levelTimes[levelsOfWorld] = {
@@ -39,8 +38,8 @@ void unlock_next_level(CInstance* self)
     self->var(status) = ini_read_real("Levels", nextLevel.text, 0);
     ini_close();
     ini_open("SaveGame.sav");
-    ini_write_real("Levels", thisLevel.text, finished);
-    if (self->var(status) == 0) ini_write_real("Levels", nextLevel.text, unlocked_);
+    ini_write_real("Levels", thisLevel.text, levelFinished);
+    if (self->var(status) == 0) ini_write_real("Levels", nextLevel.text, levelOpen);
     ini_close();
     post_level_milestones(level);
 }
@@ -95,14 +94,14 @@ void post_scores(CInstance* self)
     const int world = (level - 1) / levelsOfWorld;
     const int first = world * levelsOfWorld + 1, last = first + levelsOfWorld - 1;
     read_world(self, level, first, last);
-    if (level == last || self->var(mundoFim) == finished) {
+    if (level == last || self->var(mundoFim) == levelFinished) {
         const Board& board = worldBoards[world];
         self->var(board.time) = sum_of_times(self);
         if (achievement_available())
             achievement_post_score(self->var(board.ranking).get().text(),
                                    self->var(board.time) * thousandths);
     }
-    if (level == levels || self->var(jogoFim) == finished) {
+    if (level == levels || self->var(jogoFim) == levelFinished) {
         if (achievement_available())
             achievement_post_score(self->var(rankingGeral).get().text(),
                                    oClock.var(totalTime) * thousandths);

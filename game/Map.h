@@ -5,7 +5,8 @@
 
 #include "game/Rules.h"
 
-// The key of a level's state in the save file.
+// A level's state in the save file, and its key there.
+inline constexpr double levelLocked = 0, levelOpen = 1, levelFinished = 2;
 struct LevelKey {
     char text[24];
     explicit LevelKey(int level) { snprintf(text, sizeof text, "Level%d", level); }

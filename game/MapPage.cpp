@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr double locked = 0, finished = 2;  // values of a level in the save file
-constexpr int slots = 10;                   // icons of a page
+constexpr int slots = 10;  // icons of a page
 
 // Places of the icons, pixels. An even page begins below, where an odd one ends.
 constexpr double left[slots] = {52, 52, 208, 208, 364, 364, 520, 520, 676, 676};
@@ -48,7 +47,7 @@ void enter_level(CInstance* self, int level)
     const Object icon{oLevel1.index + level - 1};
     if (icon.var(sprite_index) == sBlock.index || fading(self)) return;
     click();
-    fade_to(way_into(level, icon.var(unlocked) == finished).index);
+    fade_to(way_into(level, icon.var(unlocked) == levelFinished).index);
 }
 
 void read_page(CInstance* self)
@@ -56,7 +55,7 @@ void read_page(CInstance* self)
     ini_open("SaveGame.sav");
     for (int slot = 0; slot < slots; ++slot)
         self->var(desbloqueio)[slot] =
-            ini_read_real("Levels", LevelKey(level_of_slot(slot)).text, locked);
+            ini_read_real("Levels", LevelKey(level_of_slot(slot)).text, levelLocked);
     ini_close();
 }
 
@@ -76,14 +75,14 @@ void vxl_Object_oLevel1_Create(CInstance* self, CInstance* other)
     Frame frame(self, other);
     const int level = level_of_icon(self);
     ini_open("SaveGame.sav");
-    self->var(unlocked) = ini_read_real("Levels", LevelKey(level).text, locked);
+    self->var(unlocked) = ini_read_real("Levels", LevelKey(level).text, levelLocked);
     ini_close();
-    if (self->var(unlocked) == finished) {
+    if (self->var(unlocked) == levelFinished) {
         instance_create(self->var(x), self->var(y), oFaseOK);
         if (level == levels) instance_create(self->var(x), self->var(y), oCoroaFinal);
     }
     // The first level is open from the start.
-    if (self->var(unlocked) == locked && level != 1) self->var(sprite_index) = sBlock;
+    if (self->var(unlocked) == levelLocked && level != 1) self->var(sprite_index) = sBlock;
 }
 
 void vxl_Object_oLevel1_Mouse_Enter(CInstance* self, CInstance* other)
@@ -118,7 +117,7 @@ void vxl_Object_oMenuFasesNovo_Create(CInstance* self, CInstance* other)
         self->var(faseY2)[slot] = topEven[slot];
         self->var(opcao)[slot] = slot;
         // The cursor begins on the last level that was reached.
-        if (self->var(desbloqueio)[slot] != locked) self->var(mpos) = slot;
+        if (self->var(desbloqueio)[slot] != levelLocked) self->var(mpos) = slot;
     }
 }
 

@@ -24,7 +24,7 @@ bool is_still(CInstance* who)
 
 bool is_moving(CInstance* self, const Figure& figure)
 {
-    const bool moves = self->var(hspeed) != 0 || self->var(vspeed) != 0;
+    const bool moves = !is_still(self);
     self->var(figure.moving) = moves;
     return moves;
 }
@@ -72,8 +72,7 @@ void rest(CInstance* self, const Figure& figure)
 {
     for (const Key key : figure.keys)
         if (keyboard_check(key)) return;
-    if (self->var(hspeed) == 0 && self->var(vspeed) == 0)
-        self->var(sprite_index) = picture(figure, standing);
+    if (is_still(self)) self->var(sprite_index) = picture(figure, standing);
     self->var(image_speed) = idleImageSpeed;
     if (on_grid(self)) action_move(self, stop, 0);
 }

@@ -27,6 +27,7 @@
 #include "Files/Sprite/CSprite.h"
 #include "Host/Host_Stage.h"
 #include "tests/Files/Base/Archive_Sample.h"
+#include "tests/fuzz/support_Seeds.h"
 #include "tools/list/Records.h"
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize);
@@ -126,17 +127,7 @@ void Try(const std::vector<uint8_t>& bytes)
 
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments)
 {
-    constexpr char kSeeds[] = "--write-seeds=";
-    for (int i = 1; i < *count; ++i) {
-        const char* argument = (*arguments)[i];
-        if (std::strncmp(argument, kSeeds, sizeof kSeeds - 1) != 0) continue;
-        WriteSeeds(argument + sizeof kSeeds - 1);
-        std::exit(0);
-    }
-    Host_UseStage();
-    Stage_Reset();
-    Stage_SetFolder("/nonexistent/");
-    Console_SetSink([](void*, const char*) {}, nullptr);
+    WriteSeedsIfAsked(*count, *arguments, WriteSeeds);
     return 0;
 }
 

@@ -20,6 +20,7 @@
 #include "Files/Graphics/Window.h"
 #include "Host/Host_Stage.h"
 #include "tests/fuzz/support_PNG.h"
+#include "tests/fuzz/support_Seeds.h"
 
 namespace {
 
@@ -123,13 +124,7 @@ void UsePages()
 
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments)
 {
-    constexpr char kSeeds[] = "--write-seeds=";
-    for (int i = 1; i < *count; ++i) {
-        const char* argument = (*arguments)[i];
-        if (std::strncmp(argument, kSeeds, sizeof kSeeds - 1) != 0) continue;
-        WriteSeeds(argument + sizeof kSeeds - 1);
-        std::exit(0);
-    }
+    WriteSeedsIfAsked(*count, *arguments, WriteSeeds);
     return 0;
 }
 

@@ -15,6 +15,7 @@
 #include "Files/Graphics/TextureSlots.h"
 #include "Host/Host.h"
 #include "tests/fuzz/support_PNG.h"
+#include "tests/fuzz/support_Seeds.h"
 
 namespace {
 
@@ -56,13 +57,7 @@ void Check(const uint8_t* bytes, uint32_t size, bool scale)
 
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments)
 {
-    constexpr char kSeeds[] = "--write-seeds=";
-    for (int i = 1; i < *count; ++i) {
-        const char* argument = (*arguments)[i];
-        if (std::strncmp(argument, kSeeds, sizeof kSeeds - 1) != 0) continue;
-        WritePictures(argument + sizeof kSeeds - 1);
-        std::exit(0);
-    }
+    WriteSeedsIfAsked(*count, *arguments, WritePictures);
     return 0;
 }
 

@@ -14,6 +14,7 @@
 #include "Files/IO/File_Names.h"
 #include "Files/IO/File_Zip.h"
 #include "tests/Files/IO/support_Zip.h"
+#include "tests/fuzz/support_Seeds.h"
 
 namespace {
 
@@ -39,13 +40,7 @@ bool LeadsOut(const VxString& name)
 
 extern "C" int LLVMFuzzerInitialize(int* count, char*** arguments)
 {
-    constexpr char kSeeds[] = "--write-seeds=";
-    for (int i = 1; i < *count; ++i) {
-        const char* argument = (*arguments)[i];
-        if (std::strncmp(argument, kSeeds, sizeof kSeeds - 1) != 0) continue;
-        WriteSeeds(argument + sizeof kSeeds - 1);
-        std::exit(0);
-    }
+    WriteSeedsIfAsked(*count, *arguments, WriteSeeds);
     return 0;
 }
 
