@@ -111,11 +111,14 @@ bool points(CInstance* who, const Direction& way)
     return way.x * who->var(hspeed) > 0 || way.y * who->var(vspeed) > 0;
 }
 
+// The order in which blocked pushes are looked at: right, left, up, down.
+constexpr int blockedOrder[ways] = {3, 2, 0, 1};
+
 // Player two stands right behind the box that player one pushes.
 void note_blocked_pushes(CInstance* self)
 {
     if (place_snapped(self, cell, cell)) return;
-    for (int i = 0; i < ways; ++i) {
+    for (const int i : blockedOrder) {
         const Direction& way = directions[i];
         if (!keyboard_check(playerOne.keys[i]) && !points(self, way)) continue;
         const double reach = cell + 1;
@@ -219,8 +222,8 @@ void push_against_player_two(CInstance* self)
 {
     note_blocked_pushes(self);
     if (a_movement_key_is_held()) return;
-    for (const Direction& way : directions)
-        if (self->var(way.blocked)) turn_back(self, way);
+    for (const int i : blockedOrder)
+        if (self->var(directions[i].blocked)) turn_back(self, directions[i]);
 }
 
 // ==== the figures against each other
