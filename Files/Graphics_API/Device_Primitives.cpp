@@ -59,14 +59,14 @@ bool Device_TransformVertex(const DeviceTransform& transform, const uint8_t* ver
 {
     float position[3];
     std::memcpy(position, vertex, sizeof(position));
-    double result[4];
-    for (int32_t i = 0; i < 4; i++) {
-        const double* row = transform.row[i];
-        result[i] = row[0] * position[0] + row[1] * position[1] + row[2] * position[2] + row[3];
-    }
+    const auto place = [&](const double row[4]) {
+        return row[0] * position[0] + row[1] * position[1] + row[2] * position[2] + row[3];
+    };
+    double result[3] = {place(transform.row[0]), place(transform.row[1]), place(transform.row[2])};
     if (!transform.flat) {
-        if (!(result[3] > 0)) return false;
-        for (int32_t i = 0; i < 3; i++) result[i] /= result[3];
+        const double away = place(transform.row[3]);
+        if (!(away > 0)) return false;
+        for (double& axis : result) axis /= away;
     }
     if (!std::isfinite(result[0]) || !std::isfinite(result[1])) return false;
     const Layout layout = LayoutOf(stride);

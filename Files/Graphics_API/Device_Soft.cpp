@@ -86,6 +86,8 @@ DeviceTexture* CreateTexture(int32_t width, int32_t height, DeviceFormat format,
     texture->format = format == DeviceFormat::Argb4444 ? format : DeviceFormat::Argb8888;
     texture->target = renderTarget;
     texture->hasDepth = renderTarget && depth;
+    texture->seen = {width, height, 0, 0};
+    if (renderTarget) texture->seen = {0, 0, width, height};
     Link(&g_Soft->textures, texture);
     return reinterpret_cast<DeviceTexture*>(texture);
 }
@@ -114,6 +116,25 @@ uint32_t* PixelAt(const SoftTexture* texture, int32_t x, int32_t y)
     return texture->pixels + static_cast<int64_t>(y) * texture->width + x;
 }
 
+// Takes what is not clear of an area that was written to into `seen`.
+void See(SoftTexture* texture, const DeviceRect& area)
+{
+    DeviceRect& seen = texture->seen;
+    if (area.left == 0 && area.top == 0 && area.right == texture->width &&
+        area.bottom == texture->height)
+        seen = {area.right, area.bottom, 0, 0};  // of no texel at all
+    const auto isClear = [](uint32_t texel) { return texel >> 24 == 0; };
+    for (int32_t y = area.top; y < area.bottom; y++) {
+        const uint32_t* row = PixelAt(texture, 0, y);
+        int32_t left = area.left, right = area.right;
+        while (left < right && isClear(row[left])) left++;
+        if (left == right) continue;
+        while (isClear(row[right - 1])) right--;
+        seen = {std::min(seen.left, left), std::min(seen.top, y), std::max(seen.right, right),
+                std::max(seen.bottom, y + 1)};
+    }
+}
+
 bool UpdateTexture(DeviceTexture* handle, const DeviceRect& area, const void* pixels, int32_t pitch)
 {
     SoftTexture* texture = AsSoft(handle);
@@ -133,6 +154,7 @@ bool UpdateTexture(DeviceTexture* handle, const DeviceRect& area, const void* pi
             to[x] = Device_From4444(word);
         }
     }
+    if (!texture->target) See(texture, area);
     return true;
 }
 
@@ -160,10 +182,12 @@ const uint32_t* CopyOf(const SoftTexture* texture)
 bool StretchRect(DeviceTexture* source, const DeviceRect& from, DeviceTexture* dest,
                  const DeviceRect& to, bool linear)
 {
-    const SoftTexture *in = Target(source), *out = Target(dest);
+    const SoftTexture* in = Target(source);
+    SoftTexture* out = Target(dest);
     if (!Inside(in, from) || !Inside(out, to)) return false;
     const int32_t width = from.right - from.left, height = from.bottom - from.top;
     if (width == 0 || height == 0 || to.left == to.right || to.top == to.bottom) return true;
+    out->seen = {0, 0, out->width, out->height};
     SoftDraw draw = {};
     draw.kernels = g_SoftKernels;
     draw.pixels = out->pixels;

@@ -1,4 +1,5 @@
 // A draw call: states boiled down, vertices transformed, shapes sent to the pixels.
+#include <cmath>
 #include <cstring>
 
 #include "Files/Graphics/Batch.h"
@@ -65,6 +66,25 @@ const uint32_t* TexelsOf(SoftTexture* texture, const SoftTexture* target)
     return copy.data();
 }
 
+// Under a wrapping filter the borders are neighbours, so both must be clear.
+bool IsWorthCutting(int32_t from, int32_t to, int32_t size, bool wrap)
+{
+    return wrap ? from > 0 && to < size : from > 0 || to < size;
+}
+
+SoftDraw::Seen SeenOf(const SoftDraw& draw, const SoftTexture* texture)
+{
+    const auto keepsUnderClear = [&](SoftBlend blend) {
+        return draw.blend == draw.kernels->Blend[static_cast<int32_t>(blend)];
+    };
+    const bool keeps = keepsUnderClear(SoftBlend::Normal) || keepsUnderClear(SoftBlend::Add);
+    if (!texture || !keeps || draw.depth.on) return {};
+    DeviceRect seen = texture->seen;
+    if (seen.left >= seen.right) seen = {};
+    return {IsWorthCutting(seen.left, seen.right, texture->width, draw.wrapU),
+            IsWorthCutting(seen.top, seen.bottom, texture->height, draw.wrapV), seen};
+}
+
 void PrepareTexture(SoftDraw& draw, SoftTexture* target)
 {
     SoftTexture* texture = g_Soft->stage[0];
@@ -78,6 +98,7 @@ void PrepareTexture(SoftDraw& draw, SoftTexture* target)
     draw.wrapU = sampler[SAMPLER_ADDRESS_U] == 0;
     draw.wrapV = sampler[SAMPLER_ADDRESS_V] == 0;
     draw.modulate = g_Soft->modulate;
+    draw.seen = SeenOf(draw, texture);
 }
 
 SoftVertex RectangleCorner(const SoftDraw& draw, const ScreenVertex& vertex)
@@ -102,6 +123,8 @@ bool InReach(const SoftVertex& v)
 bool TryRectangle(const SoftDraw& draw, const ScreenVertex* const corner[4])
 {
     if (draw.depth.on || draw.cull != DeviceCull::None) return false;
+    // So far apart they don't come to lie on the same line, and need no more looking at.
+    if (std::fabs(corner[0]->y - corner[1]->y) > 1.0 / kSubpixel) return false;
     SoftVertex v[4];
     for (int32_t i = 0; i < 4; i++) {
         v[i] = RectangleCorner(draw, *corner[i]);
@@ -176,26 +199,28 @@ private:
         return std::memcmp(At(a), At(b), static_cast<size_t>(stride_)) == 0;
     }
 
-    bool Four(int32_t topLeft, int32_t topRight, int32_t bottomRight, int32_t bottomLeft) const
+    // Four vertices in the order of TryRectangle; false when one is nowhere.
+    bool Four(const int32_t (&index)[4], const int32_t (&order)[6])
     {
         ScreenVertex v[4];
-        const bool read = Read(topLeft, &v[0]) && Read(topRight, &v[1]) &&
-                          Read(bottomRight, &v[2]) && Read(bottomLeft, &v[3]);
+        for (int32_t i = 0; i < 4; i++)
+            if (!Read(index[i], &v[i])) return false;
         const ScreenVertex* const corner[4] = {&v[0], &v[1], &v[2], &v[3]};
-        return read && TryRectangle(draw_, corner);
+        if (!TryRectangle(draw_, corner)) Soft_Quad(draw_, v, order);
+        return true;
     }
 
     // The two orders in which the quad operations send their six vertices.
-    bool Quad(int32_t first) const
+    bool Quad(int32_t first)
     {
         if (Same(first + 2, first + 3) && Same(first, first + 5))
-            return Four(first, first + 1, first + 2, first + 4);
+            return Four({first, first + 1, first + 2, first + 4}, {0, 1, 2, 2, 3, 0});
         if (Same(first + 1, first + 3) && Same(first + 2, first + 5))
-            return Four(first, first + 1, first + 4, first + 2);
+            return Four({first, first + 1, first + 4, first + 2}, {0, 1, 3, 1, 2, 3});
         return false;
     }
 
-    bool FanQuad() const { return Four(0, 1, 2, 3); }
+    bool FanQuad() { return Four({0, 1, 2, 3}, {0, 1, 2, 0, 2, 3}); }
 
     // Lines and points have no face to cull.
     void Corners(const ScreenVertex v[4])
@@ -203,10 +228,7 @@ private:
         const DeviceCull cull = draw_.cull;
         draw_.cull = DeviceCull::None;
         const ScreenVertex* const corner[4] = {&v[0], &v[1], &v[2], &v[3]};
-        if (!TryRectangle(draw_, corner)) {
-            Soft_Triangle(draw_, v[0], v[1], v[2]);
-            Soft_Triangle(draw_, v[2], v[3], v[0]);
-        }
+        if (!TryRectangle(draw_, corner)) Soft_Quad(draw_, v, {0, 1, 2, 2, 3, 0});
         draw_.cull = cull;
     }
 

@@ -168,6 +168,17 @@ void BilinearWalk(uint32_t* out, const SoftWalk& walk, int32_t count)
     }
 }
 
+void NormalWalk(uint32_t* dest, const SoftWalk& walk, uint32_t colour, int32_t count)
+{
+    SoftWalk step = walk;
+    for (int32_t i = 0; i < count; i++, step.u += walk.stepU, step.v += walk.stepV) {
+        uint32_t pixel;
+        BilinearWalk(&pixel, step, 1);
+        Modulate(&pixel, &pixel, colour, 1);
+        Normal(dest + i, &pixel, 1);
+    }
+}
+
 }  // namespace
 
 const SoftKernels g_SoftScalar = {
@@ -183,6 +194,7 @@ const SoftKernels g_SoftScalar = {
     .DoubleRows = DoubleRows,
     .Bilinear = Bilinear,
     .BilinearWalk = BilinearWalk,
+    .NormalWalk = NormalWalk,
 };
 
 void SoftColumns::Set(int32_t index, int32_t left, int32_t right, int32_t weight)

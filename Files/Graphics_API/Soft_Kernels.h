@@ -79,6 +79,9 @@ struct SoftKernels {
     uint32_t (*Bilinear)(const uint32_t texels[4], int32_t fractionX, int32_t fractionY);
     // The same along a walk that has all four texels at each step.
     void (*BilinearWalk)(uint32_t* out, const SoftWalk& walk, int32_t count);
+    // BilinearWalk, Modulate and the normal blend pixel by pixel: for runs that are too
+    // short for a loop of each.
+    void (*NormalWalk)(uint32_t* dest, const SoftWalk& walk, uint32_t colour, int32_t count);
 };
 
 extern const SoftKernels g_SoftScalar;

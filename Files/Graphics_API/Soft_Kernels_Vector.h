@@ -184,8 +184,9 @@ void DoubleRowPair(uint32_t* upper, uint32_t* lower, const uint32_t* above, cons
     g_SoftScalar.DoubleRows(upper + i * 2, lower + i * 2, above + i, below + i, pairs - i);
 }
 
-inline uint32_t MixFour(__m128i aboveTexels, __m128i belowTexels, int32_t fractionX,
-                        int32_t fractionY)
+// Four channels of 16 bits.
+inline __m128i MixFour(__m128i aboveTexels, __m128i belowTexels, int32_t fractionX,
+                       int32_t fractionY)
 {
     const uint32_t weights =
         static_cast<uint32_t>(256 - fractionX) | (static_cast<uint32_t>(fractionX) << 16);
@@ -196,9 +197,18 @@ inline uint32_t MixFour(__m128i aboveTexels, __m128i belowTexels, int32_t fracti
     const __m128i upper = _mm_set1_epi16(static_cast<int16_t>((256 - fractionY) * 128));
     const __m128i lower = _mm_set1_epi16(static_cast<int16_t>(fractionY * 128));
     const __m128i parts = _mm_mulhi_epu16(columns, _mm_unpacklo_epi64(upper, lower));
-    __m128i sum = _mm_add_epi16(parts, _mm_srli_si128(parts, 8));
-    sum = _mm_srli_epi16(_mm_add_epi16(sum, _mm_set1_epi16(64)), 7);
-    return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(sum, sum)));
+    const __m128i sum = _mm_add_epi16(parts, _mm_srli_si128(parts, 8));
+    return _mm_srli_epi16(_mm_add_epi16(sum, _mm_set1_epi16(64)), 7);
+}
+
+inline uint32_t ToPixel(__m128i channels)
+{
+    return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(channels, channels)));
+}
+
+inline __m128i ToChannels(uint32_t pixel)
+{
+    return _mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(pixel)), _mm_setzero_si128());
 }
 
 inline __m128i TwoTexels(const uint32_t* at)
@@ -208,16 +218,38 @@ inline __m128i TwoTexels(const uint32_t* at)
 
 uint32_t BilinearOne(const uint32_t texels[4], int32_t fractionX, int32_t fractionY)
 {
-    return MixFour(TwoTexels(texels), TwoTexels(texels + 2), fractionX, fractionY);
+    return ToPixel(MixFour(TwoTexels(texels), TwoTexels(texels + 2), fractionX, fractionY));
+}
+
+// The channels at a place of a walk.
+inline __m128i TexelAt(const SoftWalk& walk, int64_t u, int64_t v)
+{
+    const uint32_t* at = walk.texels + (v >> 32) * walk.pitch + (u >> 32);
+    return MixFour(TwoTexels(at), TwoTexels(at + walk.pitch), static_cast<int32_t>(u >> 24) & 255,
+                   static_cast<int32_t>(v >> 24) & 255);
 }
 
 void BilinearAlong(uint32_t* out, const SoftWalk& walk, int32_t count)
 {
     int64_t u = walk.u, v = walk.v;
+    for (int32_t i = 0; i < count; i++, u += walk.stepU, v += walk.stepV)
+        out[i] = ToPixel(TexelAt(walk, u, v));
+}
+
+inline __m128i FourDivide255(__m128i value)
+{
+    return _mm_mulhi_epu16(_mm_add_epi16(value, _mm_set1_epi16(128)), _mm_set1_epi16(257));
+}
+
+void NormalAlong(uint32_t* dest, const SoftWalk& walk, uint32_t colour, int32_t count)
+{
+    const __m128i tint = ToChannels(colour), full = _mm_set1_epi16(255);
+    int64_t u = walk.u, v = walk.v;
     for (int32_t i = 0; i < count; i++, u += walk.stepU, v += walk.stepV) {
-        const uint32_t* at = walk.texels + (v >> 32) * walk.pitch + (u >> 32);
-        out[i] = MixFour(TwoTexels(at), TwoTexels(at + walk.pitch),
-                         static_cast<int32_t>(u >> 24) & 255, static_cast<int32_t>(v >> 24) & 255);
+        const __m128i s = FourDivide255(_mm_mullo_epi16(TexelAt(walk, u, v), tint));
+        const __m128i alpha = _mm_shufflelo_epi16(s, _MM_SHUFFLE(3, 3, 3, 3));
+        const __m128i d = _mm_mullo_epi16(ToChannels(dest[i]), _mm_sub_epi16(full, alpha));
+        dest[i] = ToPixel(FourDivide255(_mm_add_epi16(_mm_mullo_epi16(s, alpha), d)));
     }
 }
 
@@ -243,6 +275,7 @@ constexpr SoftKernels MakeKernels(const char* name)
         .DoubleRows = DoubleRowPair,
         .Bilinear = BilinearOne,
         .BilinearWalk = BilinearAlong,
+        .NormalWalk = NormalAlong,
     };
 }
 

@@ -23,6 +23,7 @@ struct SoftTexture {
     uint32_t* pixels;
     uint32_t* depth;  // 24 bits of depth above 8 of stencil; made when first needed
     uint32_t depthClear;
+    DeviceRect seen;  // all texels outside are clear
     SoftTexture* next;
     SoftTexture* previous;
 };
@@ -66,6 +67,12 @@ struct SoftDraw {
     bool linear, linearMin, wrapU, wrapV;  // linear: enlarging; linearMin: making smaller
     bool modulate, flatShade;
     DeviceCull cull;
+    // Where clear texels change nothing: those that are not lie within. A flag is set
+    // when there is something to gain.
+    struct Seen {
+        bool columns, rows;
+        DeviceRect within;  // texels
+    } seen;
     // pixels
     void (*blend)(uint32_t* dest, const uint32_t* source, int32_t count);  // null: factors
     SoftFactors factors;
@@ -128,11 +135,21 @@ void Soft_DrawVertices(DevicePrimitive primitive, int32_t stride, const uint8_t*
 uint32_t* Soft_DepthPixels(SoftTexture* target);  // makes them
 
 // Shapes
-int64_t Soft_ToFixed(double value, double scale, double limit);
+// The nearest whole number of value * scale, within +-limit, which is a whole number.
+inline int64_t Soft_ToFixed(double value, double scale, double limit)
+{
+    const double scaled = value * scale + 0.5;
+    if (!(scaled > -limit)) return static_cast<int64_t>(-limit);
+    if (!(scaled < limit)) return static_cast<int64_t>(limit);
+    const auto cut = static_cast<int64_t>(scaled);
+    return static_cast<double>(cut) > scaled ? cut - 1 : cut;
+}
 int64_t Soft_Slope(int64_t difference, int64_t length);
 int64_t Soft_PlaneAt(const SoftPlane& plane, int32_t x, int32_t y);
 void Soft_Triangle(SoftDraw& draw, const ScreenVertex& a, const ScreenVertex& b,
                    const ScreenVertex& c);
+// Two triangles of four corners; order: three corners for each.
+void Soft_Quad(SoftDraw& draw, const ScreenVertex corner[4], const int32_t (&order)[6]);
 void Soft_Rectangle(const SoftDraw& draw, SoftRectangle rectangle);
 // The texel that holds a plane's value. On a border, where rounding of the steps may
 // leave a hair too little, it is the next one.

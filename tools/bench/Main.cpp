@@ -116,6 +116,13 @@ void PairOfBoxes(float apart)
     g_second = Room_CreateInstance(2000 + apart, 2000, oMonte.index);
 }
 
+// All drops that there can be.
+void FullRain(Stage& stage)
+{
+    g_TimingOn = false;
+    stage.room("room_level10").frames(120);
+}
+
 // ---- rounds
 
 volatile double g_sink;
@@ -280,6 +287,7 @@ std::vector<Rate> Rates()
          true},
         {"level_frames", "frames of level 1 at 854 by 480/s", 1, [](Stage&) { g_TimingOn = false; },
          LevelFrame},
+        {"rainy_frames", "frames of level 10 in full rain/s", 1, FullRain, LevelFrame},
         {"level_steps", "frames of level 1 without drawing/s", 1,
          [](Stage&) { g_TimingOn = false; }, StepWithoutDraw},
     };

@@ -238,6 +238,97 @@ TEST_F(SoftDevice, TwiceTheSizeEqualsItsTriangles)
     }
 }
 
+// A picture with clear margins, whose clear texels have a colour all the same.
+Pixels Island(int32_t size, int32_t left, int32_t top, int32_t right, int32_t bottom, uint32_t seed)
+{
+    Pixels pixels = Noise(size, size, seed);
+    for (int32_t y = 0; y < size; y++)
+        for (int32_t x = 0; x < size; x++)
+            if (x < left || x >= right || y < top || y >= bottom)
+                pixels[static_cast<size_t>(y * size + x)] &= 0x00FFFFFF;
+    return pixels;
+}
+
+// Turned quads, small and large, some at a right angle, some beyond the target's edges.
+void TurnedQuads(Scene& scene, uint32_t seed)
+{
+    std::mt19937 random(seed);
+    const auto real = [&](double low, double high) {
+        return low + (high - low) * static_cast<double>(random()) / 4294967296.0;
+    };
+    for (int32_t i = 0; i < 24; i++) {
+        const double x = real(-5, 95), y = real(-5, 85), half = i % 3 ? real(3, 12) : real(12, 70);
+        const double angle = i % 5 ? real(0, 6.28) : 1.5707963 * (i % 4);
+        const double far = seed % 4 == 3 ? 1.3 : 1, near = 1 - far;  // beyond the texture
+        const auto corner = [&](double right, double down) {
+            const double px = (right * 2 - 1) * half, py = (down * 2 - 1) * half;
+            return At(x + std::cos(angle) * px + std::sin(angle) * py,
+                      y - std::sin(angle) * px + std::cos(angle) * py, i % 2 ? 0x66C0C0C0 : kWhite,
+                      right > 0 ? far : near, down > 0 ? far : near);
+        };
+        const VertexTextured a = corner(0, 0), b = corner(1, 0), c = corner(1, 1), d = corner(0, 1);
+        scene.Send(DevicePrimitive::TriangleList, {a, b, c, c, d, a});
+    }
+}
+
+// What is clear around a picture is passed over, which must not be seen: a target with
+// the same texels, of which nothing is known, gives the same bytes, in every filling.
+TEST_F(SoftDevice, ClearMarginsArePassedOverUnseen)
+{
+    constexpr DeviceBlend kDest[] = {DeviceBlend::InvSrcAlpha, DeviceBlend::One,
+                                     DeviceBlend::InvSrcColour, DeviceBlend::InvSrcAlpha};
+    const DeviceRect islands[] = {{4, 28, 60, 36}, {2, 2, 62, 62},  {1, 0, 64, 63}, {0, 20, 3, 64},
+                                  {30, 5, 33, 58}, {63, 0, 64, 64}, {9, 9, 9, 9},   {0, 0, 64, 64}};
+    for (uint32_t seed = 0; seed < 64; seed++) {
+        const DeviceRect& island = islands[seed % 8];
+        const Pixels texels =
+            Island(64, island.left, island.top, island.right, island.bottom, seed);
+        std::vector<Pixels> pictures;
+        for (int32_t way = 0; way < 4; way++) {
+            Device_Soft_SetVector(way & 1);
+            Scene scene(g_soft, 90, 80);
+            DeviceTexture* target = scene.Target(64, 64);
+            g_soft.UpdateTexture(target, {0, 0, 64, 64}, texels.data(), 64 * 4);
+            g_soft.SetTexture(0, way & 2 ? target : scene.Texture(64, 64, texels));
+            scene.Filter(seed % 3 != 0, seed & 8);
+            scene.Blend(DeviceBlend::SrcAlpha, kDest[seed / 8 % 4]);
+            if (seed / 32 == 1) g_soft.SetModulate(seed & 1);
+            scene.State(STATE_ALPHA_TEST, seed % 7 == 0);
+            g_soft.Clear(CLEAR_COLOUR, 0x90305070, 1, 0);
+            TurnedQuads(scene, seed);
+            pictures.push_back(scene.Read());
+        }
+        for (size_t way = 1; way < 4; way++) ASSERT_EQ(pictures[0], pictures[way]) << seed;
+    }
+}
+
+TEST_F(SoftDevice, WhatIsWrittenIntoAClearMarginIsSeen)
+{
+    for (int32_t way = 0; way < 3; way++) {
+        Scene scene(g_soft, 40, 40);
+        const Pixels clear(16 * 16, 0), dot = {kWhite};
+        Pixels island = clear;
+        island[8 * 16 + 8] = 0xFF0000FF;
+        DeviceTexture* texture = scene.Texture(16, 16, island);
+        scene.Filter(false, true);
+        g_soft.SetTexture(0, texture);
+        if (way == 0) g_soft.UpdateTexture(texture, {2, 3, 3, 4}, dot.data(), 4);
+        if (way == 1)
+            g_soft.StretchRect(scene.Texture(1, 1, dot), {0, 0, 1, 1}, texture, {2, 3, 3, 4},
+                               false);
+        if (way == 2) {
+            g_soft.UpdateTexture(texture, {0, 0, 16, 16}, clear.data(), 64);
+            g_soft.UpdateTexture(texture, {2, 3, 3, 4}, dot.data(), 4);
+        }
+        // Turned by a right angle, and a hair more, at twice the size.
+        const VertexTextured a = At(36, 4), b = At(36.1, 36, kWhite, 1, 0),
+                             c = At(4.1, 36.1, kWhite, 1, 1), d = At(4, 4.1, kWhite, 0, 1);
+        scene.Send(DevicePrimitive::TriangleList, {a, b, c, c, d, a});
+        EXPECT_EQ(scene.Pixel(36 - 7, 4 + 5), kWhite) << way;
+        EXPECT_EQ(scene.Pixel(36 - 17, 4 + 17), way == 2 ? kBlack : 0xFF0000FF) << way;
+    }
+}
+
 TEST_F(SoftDevice, CullingTakesOneTurn)
 {
     Scene scene(g_soft, 4, 4);
@@ -503,6 +594,19 @@ TEST(SoftKernelsTest, VectorLoopsEqualTheirTwins)
             const uint32_t* four = &source[static_cast<size_t>(fraction * 200)];
             ASSERT_EQ(g_SoftScalar.Bilinear(four, fraction, 77),
                       kernels->Bilinear(four, fraction, 77));
+            // A walk in one go, over the table as rows of 256 texels.
+            const SoftWalk walk = {source.data(),
+                                   256,
+                                   int64_t{fraction} << 30,
+                                   int64_t{255 - fraction} << 30,
+                                   0x1C0000000,
+                                   int64_t{0x2500000} * fraction};
+            const uint32_t colour = static_cast<uint32_t>(fraction) * 0x01030507;
+            std::copy_n(dest.begin() + fraction * 9, 61, out[0]);
+            std::copy_n(dest.begin() + fraction * 9, 61, out[1]);
+            g_SoftScalar.NormalWalk(out[0], walk, colour, 61);
+            kernels->NormalWalk(out[1], walk, colour, 61);
+            ASSERT_EQ(std::memcmp(out[0], out[1], sizeof(out[0])), 0) << fraction;
         }
         std::vector<uint32_t> twice(source.size() * 2), twin(source.size() * 2);
         const int32_t pairs = count / 2 - 6;
