@@ -244,6 +244,39 @@ constexpr int kPeep = 16;  // pixels of a cell that the thing in front of it may
 
 }  // namespace
 
+// Each icon of the map has a stretch of the path on either side, but for the first and the
+// last of all, and no scenery stands on it.
+TEST(PackTiles, APathLeadsFromIconToIcon)
+{
+    const Game& game = Game::Get();
+    constexpr int kHalf = 78;  // pixels from the middle of an icon to that of a stretch
+    for (int page = 1; page <= 10; ++page) {
+        const archive::Room& room = game.Room("room_menu" + std::to_string(page));
+        const int path =
+            game.tables.backgroundNames.Find("bCaminhoMundo" + std::to_string((page + 1) / 2));
+        std::set<std::pair<int, int>> middles;
+        for (const archive::RoomTile& tile : room.tiles) {
+            if (tile.backgroundIndex != path) continue;
+            const int x = tile.x + tile.width / 2, y = tile.y + tile.height / 2;
+            middles.emplace(x, y);
+            for (const archive::RoomTile& piece : room.tiles) {
+                const bool away = piece.depth > 0 || piece.x >= x || piece.x + piece.width <= x ||
+                                  piece.y >= y || piece.y + piece.height <= y;
+                EXPECT_TRUE(away) << room.name << " " << x << "," << y;
+            }
+        }
+        for (const archive::RoomInstance& i : room.instances) {
+            const std::string& name =
+                game.tables.objectNames.List()[static_cast<size_t>(i.objectIndex)];
+            if (name.rfind("oLevel", 0) != 0) continue;
+            const int x = i.x + kCell, y = i.y + kCell;
+            const size_t touched = middles.count({x - kHalf, y}) + middles.count({x + kHalf, y}) +
+                                   middles.count({x, y - kHalf}) + middles.count({x, y + kHalf});
+            EXPECT_EQ(touched, name == "oLevel1" || name == "oLevel100" ? 1U : 2U) << name;
+        }
+    }
+}
+
 // Neither a tile in front nor an object beside or within the walls hides a cell of the
 // field, but for the strip that a box hides too. Clouds and weather drift over all.
 TEST(PackScenery, NothingHidesTheField)

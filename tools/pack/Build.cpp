@@ -251,6 +251,7 @@ archive::RoomInstance MakeInstance(const PlacedInstance& placed, int32_t id)
     instance.id = id;
     instance.scaleX = static_cast<float>(placed.scaleX);
     instance.scaleY = static_cast<float>(placed.scaleY);
+    instance.colour = placed.colour;
     return instance;
 }
 

@@ -10,7 +10,6 @@ namespace {
 
 // Where the unseen objects of every level stand, pixels.
 constexpr std::pair<int, int> kControlAt{728, 0}, kPauseAt{780, 0}, kMusicAt{260, 0};
-constexpr std::pair<int, int> kLowerGateAt{416, 416};
 
 using Cell = std::pair<int, int>;  // row, column
 
@@ -223,7 +222,7 @@ void PlaceMap(const Tables& tables, Level& level)
     placer.PlaceAll("oFinal", "F");
     placer.PlaceAll("oPortaoFechado", "G", kCell);  // its origin is its foot
     placer.Place("oMusica", kMusicAt);
-    placer.Place("oPortaoFechadoBaixo", kLowerGateAt);
+    placer.Place("oPortaoFechadoBaixo", {kLowerGateX, kLowerGateY});
     placer.PlaceAll("oMonte", "$*");
     placer.PlaceAll(level.world == 1 ? "oFechado" : "oFechado2", ".*+");
     for (const Run& run : Level_Runs(level)) {

@@ -15,9 +15,10 @@
 
 namespace pack {
 
-inline constexpr int kCell = 52;                           // pixels
-inline constexpr int kMapTop = -2 * kCell;                 // y of the map's first line, pixels
-inline constexpr int kRoomWidth = 854, kRoomHeight = 480;  // pixels
+inline constexpr int kCell = 52;                            // pixels
+inline constexpr int kMapTop = -2 * kCell;                  // y of the map's first line, pixels
+inline constexpr int kRoomWidth = 854, kRoomHeight = 480;   // pixels
+inline constexpr int kLowerGateX = 416, kLowerGateY = 416;  // behind the start, pixels
 
 struct Level {
     std::string file, title;

@@ -1,13 +1,18 @@
 #include "tools/pack/Scenery.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <sstream>
 
 namespace pack {
 namespace {
 
-constexpr int kReach = 16;    // pixels that a thing may reach over the cell behind it
-constexpr int kSkyBand = 60;  // pixels: clouds drift within a band this high at an edge
+constexpr int kReach = 16;  // pixels that a thing may reach over the cell behind it
+// Pixels: the middle of a cloud drifts within a band this high at an edge, most of it
+// beyond, so that gates and the rows beside them can be seen.
+constexpr int kSkyBand = 30, kSkyBeyond = 25;
 constexpr int kPieceTries = 90;
+constexpr int kStopStep = 3 * kCell;  // pixels from icon to icon on a page of the map
 
 constexpr int CellsIn(int pixels)
 {
@@ -53,12 +58,13 @@ public:
 private:
     static constexpr int kNowhere = 9;  // ranks below it are places, the lowest is the best
 
-    // Its middle is on screen; of a pond any part of it.
+    // Its middle is on screen; water may go on to the lower edge.
     bool Seen(int column, int row) const
     {
+        const bool goesOn = row_.stand == Stand::water && site_.At(column, row - 1).water;
         const bool pond = row_.stand == Stand::shore || row_.stand == Stand::water;
-        const int x = column * kCell + row_.width / 2;
-        const int y = BottomOf(row) - (pond ? row_.height - 1 : row_.height / 2);
+        const int x = column * kCell + (pond ? 1 : row_.width / 2);
+        const int y = BottomOf(row) - (goesOn ? row_.height - 1 : row_.height / 2);
         return x > 0 && x < kRoomWidth && y > 0 && y < kRoomHeight;
     }
 
@@ -79,48 +85,53 @@ private:
         }
     }
 
-    // 1 where all of it stands on free ground beyond the walls, 2 where it leans over a
-    // wall or over what stands behind it, 2 more where a large one is cut by the edge of
-    // the screen; nowhere over the field.
+    // 1 where all of it stands on free ground beyond the walls, 1 more where a large one
+    // is cut by the edge of the screen, 2 more where it leans over a wall or over what
+    // stands behind it, or stands in a row of its like on a page; nowhere over the field.
     int RankBeside(int column, int row) const
     {
         const bool leftIn = column >= 0, rightIn = column * kCell + row_.width <= kRoomWidth;
         const bool topIn = BottomOf(row) >= row_.height, bottomIn = BottomOf(row) <= kRoomHeight;
-        int rank = 1;
+        bool leans =
+            site_.IsPage() && (site_.At(column, row - 1).taken || site_.At(column, row + 1).taken);
         for (int c = column; c < column + columns_; ++c) {
             if (!site_.Free(c, row)) return kNowhere;
             for (int r = row - CellsIn(row_.height) + 1; r < row; ++r) {
                 const Site::Ground ground = site_.At(c, r).ground;
                 if (ground == Site::Ground::field || ground == Site::Ground::lone) return kNowhere;
-                if (r > row - stands_ && !site_.Free(c, r)) rank = 2;
+                leans = leans || (r > row - stands_ && !site_.Free(c, r));
             }
         }
-        const bool whole = leftIn && rightIn && topIn && bottomIn;
-        return columns_ == 1 || whole ? rank : rank + 2;
+        const bool whole = columns_ == 1 || (leftIn && rightIn && topIn && bottomIn);
+        return 1 + (whole ? 0 : 1) + (leans ? 2 : 0);
     }
 
-    // A shore goes on beside another piece of it first.
+    // A shore goes on beside another piece of it first, and below another pond last.
     int RankShore(int column, int row) const
     {
         if (!site_.Free(column, row) || !site_.Free(column, row + 1)) return kNowhere;
         const bool goesOn = site_.At(column - 1, row).water || site_.At(column + 1, row).water;
-        return goesOn ? 1 : 2;
+        const bool below = site_.At(column, row - 1).kept || site_.At(column, row + 2).water;
+        return (goesOn ? 1 : 2) + (below ? 2 : 0);
     }
 
+    // Below a shore, then where most of it touches water, so that ponds are broad.
     int RankWater(int column, int row) const
     {
         if (site_.At(column, row).kept) return 0;
         if (!site_.Free(column, row)) return kNowhere;
-        if (site_.At(column, row - 1).water) return 1;
-        return site_.At(column - 1, row).water || site_.At(column + 1, row).water ? 2 : 3;
+        const int touched = site_.At(column, row - 1).water + site_.At(column - 1, row).water +
+                            site_.At(column + 1, row).water + site_.At(column, row + 1).water;
+        if (touched > 0) return touched > 1 ? 1 : 2;
+        return site_.Free(column + 1, row) && site_.Free(column, row + 1) ? 3 : 4;
     }
 
     bool PlaceCloud(int index)
     {
         const uint32_t number = Scatter(site_.Seed(), index, row_.object, 7);
-        const int fromEdge = static_cast<int>(number / 1024 % kSkyBand) - kSkyBand / 2;
-        Put(static_cast<int>(number % kRoomWidth),
-            index % 2 == 0 ? fromEdge : kRoomHeight - fromEdge);
+        const int fromEdge = static_cast<int>(number / 1024 % kSkyBand) - kSkyBeyond;
+        const bool above = index % 2 == 0 && !site_.IsPage();  // a page has its name there
+        Put(static_cast<int>(number % kRoomWidth), above ? fromEdge : kRoomHeight - fromEdge);
         return true;
     }
 
@@ -150,6 +161,10 @@ private:
         placed.object = row_.object;
         placed.x = x;
         placed.y = y;
+        if (!row_.tints.empty()) {
+            const uint32_t number = Scatter(site_.Seed(), x, y, 11);
+            placed.colour = row_.tints[number % row_.tints.size()];
+        }
         site_.placed.push_back(placed);
     }
 
@@ -179,6 +194,20 @@ std::set<int> Numbers(const Row& row, const std::string& key)
         }
     }
     return numbers;
+}
+
+// "ffffff,2fa98c", red, green and blue of each.
+std::vector<uint32_t> Tints(const Row& row)
+{
+    std::vector<uint32_t> tints;
+    std::istringstream words(row.Text("tints", ""));
+    for (std::string word; std::getline(words, word, ',');) {
+        char* end = nullptr;
+        const auto rgb = static_cast<uint32_t>(std::strtoul(word.c_str(), &end, 16));
+        if (word.size() != 6 || *end) row.Fail("expected tints= with colours such as ffe0b0");
+        tints.push_back(0xFF000000U | (rgb & 0xFFU) << 16 | (rgb & 0xFF00U) | rgb >> 16);
+    }
+    return tints;
 }
 
 Stand StandOf(const Row& row)
@@ -211,6 +240,8 @@ Site::Site(const Level& level, int levelNumber) : number_(levelNumber), seed_(le
             }
         }
     }
+    // Nothing stands before the lower gate.
+    Keep(kLowerGateX, kLowerGateY + kCell, kLowerGateX + kCell, kLowerGateY + 2 * kCell);
 }
 
 Site::Site(const Tables& tables, const RoomRow& page, int pageNumber)
@@ -222,15 +253,47 @@ Site::Site(const Tables& tables, const RoomRow& page, int pageNumber)
         const archive::Sprite& sprite =
             tables.sprites[static_cast<size_t>(object.object.spriteIndex)].sprite;
         const int left = thing.x - sprite.originX, top = thing.y - sprite.originY;
-        const int right = left + static_cast<int>(sprite.width);
-        const int bottom = top + static_cast<int>(sprite.height);
-        for (int row = 0; row < kBottom; ++row) {
-            for (int column = 0; column < kRight; ++column) {
-                const bool clear = column * kCell >= right || (column + 1) * kCell <= left ||
-                                   BottomOf(row) <= top || BottomOf(row) - kCell >= bottom;
-                if (!clear) At(column, row).ground = Ground::field;
-            }
+        Keep(left, top, left + static_cast<int>(sprite.width),
+             top + static_cast<int>(sprite.height));
+    }
+    LayPath(tables, page);
+}
+
+// Every cell that the area touches is the field. Pixels, ends not inside.
+void Site::Keep(int left, int top, int right, int bottom)
+{
+    for (int row = 0; row < kBottom; ++row) {
+        for (int column = 0; column < kRight; ++column) {
+            const bool clear = column * kCell >= right || (column + 1) * kCell <= left ||
+                               BottomOf(row) <= top || BottomOf(row) - kCell >= bottom;
+            if (!clear) At(column, row).ground = Ground::field;
         }
+    }
+}
+
+// From icon to icon in the order of the levels, and out to the pages before and after.
+void Site::LayPath(const Tables& tables, const RoomRow& page)
+{
+    std::vector<std::pair<int, int>> stops;  // middles of icons
+    bool before = false, after = false;
+    for (const PlacedInstance& thing : page.instances) {
+        const std::string& name = tables.objectNames.List()[static_cast<size_t>(thing.object)];
+        if (name.rfind("oLevel", 0) == 0) stops.emplace_back(thing.x + kCell, thing.y + kCell);
+        before = before || name == "oVoltaMundo";
+        after = after || name == "oAvancaMundo";
+    }
+    if (stops.empty()) return;
+    if (before)
+        stops.insert(stops.begin(), {stops.front().first - kStopStep, stops.front().second});
+    if (after) stops.emplace_back(stops.back().first + kStopStep, stops.back().second);
+    for (size_t i = 1; i < stops.size(); ++i) {
+        Stretch stretch;
+        stretch.down = stops[i].first == stops[i - 1].first;
+        stretch.x = (stops[i].first + stops[i - 1].first) / 2;
+        stretch.y = (stops[i].second + stops[i - 1].second) / 2;
+        Keep(stretch.x - kCell / 2, stretch.y - kCell / 2, stretch.x + kCell / 2,
+             stretch.y + kCell / 2);
+        path_.push_back(stretch);
     }
 }
 
@@ -262,6 +325,7 @@ std::vector<SceneryRow> Scenery_Parse(const Tables& tables, const std::vector<Ro
         scenery.levels = Numbers(row, "levels");
         scenery.pages = Numbers(row, "pages");
         scenery.count = row.Int("count", 0);
+        scenery.tints = Tints(row);
         scenery.stand = StandOf(row);
         row.Done();
         if (scenery.count < 1 || scenery.levels.size() + scenery.pages.size() == 0) {
@@ -292,6 +356,8 @@ std::vector<std::string> Scenery_Place(const Tables& tables, const std::vector<S
             for (size_t i = first; i < end; ++i) {
                 for (Site& site : sites) {
                     if (rest[i] == 0 || !rows[i].In(site)) continue;
+                    // A page has its icons and its path: half as much for it.
+                    if (site.IsPage() && round % 2 == 1) continue;
                     if (!Placer(rows[i], site).PlaceOne(round)) continue;
                     --rest[i];
                     found = true;
@@ -310,13 +376,18 @@ std::vector<std::string> Scenery_Place(const Tables& tables, const std::vector<S
 
 std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt)
 {
+    // Of a tall one no more than the upper third is cut off, of any one a sliver is not
+    // worth a tile.
     constexpr int kColumns = CellsIn(kRoomWidth), kRows = CellsIn(kRoomHeight);
     constexpr int kFirstRow = -kMapTop / kCell;
+    const int columnsSeen = kColumns + columns - 2, rowsSeen = kRows + 3 - rows;
     std::vector<PiecePlace> found;
     for (int i = 0; i < kPieceTries && static_cast<int>(found.size()) < most; ++i) {
         const uint32_t number = Scatter(site.Seed(), i, 0, salt);
-        const int column = static_cast<int>(number % (kColumns + 1)) - 1;
-        const int row = static_cast<int>(number / 64 % (kRows + 1)) + kFirstRow - rows + 1;
+        const int column =
+            static_cast<int>(number % static_cast<uint32_t>(columnsSeen)) + 1 - columns;
+        const int row =
+            static_cast<int>(number / 64 % static_cast<uint32_t>(rowsSeen)) + kFirstRow - 1;
         bool free = true;
         for (int r = row; r < row + rows; ++r) {
             for (int c = column; c < column + columns; ++c) free = free && site.Free(c, r);

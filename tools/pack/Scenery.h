@@ -24,9 +24,14 @@ public:
         bool kept = false;   // below a shore: water is to come
     };
     static constexpr int kLeft = -4, kRight = 20, kTop = -4, kBottom = 16;  // ends not inside
+    // A stretch of the path that joins the icons of a page: its middle, and its way.
+    struct Stretch {
+        int x = 0, y = 0;
+        bool down = false;  // else across
+    };
 
     Site(const Level& level, int levelNumber);
-    // A page of the map: its icons, banner and arrows are the field.
+    // A page of the map: its icons, banner and arrows are the field, and the path too.
     Site(const Tables& tables, const RoomRow& page, int pageNumber);
 
     Cell& At(int column, int row);
@@ -36,11 +41,17 @@ public:
     int Number() const { return number_; }  // of the level or of the page
     uint32_t Seed() const { return seed_; }
 
+    const std::vector<Stretch>& Path() const { return path_; }
+
     std::vector<PlacedInstance> placed;  // in the order of making
 
 private:
+    void Keep(int left, int top, int right, int bottom);
+    void LayPath(const Tables& tables, const RoomRow& page);
+
     std::vector<Cell> cells_{static_cast<size_t>((kRight - kLeft) * (kBottom - kTop))};
     Cell beyond_;
+    std::vector<Stretch> path_;
     bool page_ = false;
     int number_ = 0;
     uint32_t seed_ = 0;
@@ -59,7 +70,8 @@ struct SceneryRow {
     Stand stand = Stand::beside;
     int width = 0, height = 0, originX = 0, originY = 0;  // of its sprite, pixels
     std::set<int> levels, pages;
-    int count = 0;  // in all its rooms together
+    int count = 0;                // in all its rooms together
+    std::vector<uint32_t> tints;  // 0xFFBBGGRR, one of which each instance takes
 
     bool In(const Site& site) const
     {

@@ -80,6 +80,7 @@ struct ObjectRow {
 struct PlacedInstance {
     int object = -1, x = 0, y = 0;
     double scaleX = 1, scaleY = 1;
+    uint32_t colour = 0xFFFFFFFFU;  // 0xAABBGGRR
 };
 
 struct RoomRow {

@@ -44,6 +44,7 @@ public:
             for (int column = 0; column < kColumns; ++column) LayWall(column, row + kFirstRow);
         }
         if (Room() < 0) SpareGround();
+        LayBanks();
         LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTrees, 3);
         LayPieces(Find(kCell, 2 * kCell), drawn, kBushes, 5);
         if (site_.Number() == ground_->quiltedLevel) LayQuilting();
@@ -57,6 +58,8 @@ public:
             const int column = i % kColumns, row = i / kColumns + kFirstRow;
             Add(*ground_, Choose("ground", column, row), column, row, kGroundDepth);
         }
+        LayBanks();
+        LayPath(Find(2 * kCell, 2 * kCell), drawn);
         LayPieces(Find(2 * kCell, 3 * kCell), drawn, kTrees, 3);
         LayPieces(Find(kCell, 2 * kCell), drawn, kBushes, 5);
         return std::move(tiles_);
@@ -221,10 +224,73 @@ private:
     {
         if (!set || !drawn(set->background)) return;
         const std::vector<TileCell>& pieces = set->cells.at("piece");
+        // Each kind in turn, so that the same two seldom stand side by side.
+        uint32_t number = Scatter(level_.seed, 0, 0, salt + 1);
         for (PiecePlace at : Scenery_Pieces(site_, set->cellWidth / kCell, set->cellHeight / kCell,
                                             std::clamp(Room(), 0, most), salt)) {
-            uint32_t number = Scatter(level_.seed, at.column, at.row, salt + 1);
-            Add(*set, pieces[number % pieces.size()], at.column, at.row, kSceneryDepth);
+            Add(*set, pieces[number++ % pieces.size()], at.column, at.row, kSceneryDepth);
+        }
+    }
+
+    // Strips of bank around the ponds. Their cell holds one for the left and one for the
+    // right of the water, then pieces of one above and of one below it.
+    void LayBanks()
+    {
+        const auto bank = ground_->cells.find("bank");
+        if (bank == ground_->cells.end()) return;
+        constexpr int kWide = 8;                  // pixels of a strip
+        constexpr int kLong = kCell - 2 * kWide;  // of a piece of those that lie level
+        const int left = bank->second[0].column * kCell, top = bank->second[0].row * kCell;
+        const auto add = [&](int x, int y, int fromX, int fromY, int width, int height) {
+            if (Room() <= 0) return;
+            archive::RoomTile tile;
+            tile.x = x;
+            tile.y = y;
+            tile.sourceX = left + fromX;
+            tile.sourceY = top + fromY;
+            tile.width = width;
+            tile.height = height;
+            tile.backgroundIndex = ground_->background;
+            tile.depth = kWallDepth;
+            tiles_.push_back(tile);
+        };
+        for (int i = 0; i < kRows * kColumns; ++i) {
+            const int column = i % kColumns, row = i / kColumns + kFirstRow;
+            if (!site_.At(column, row).water) continue;
+            const auto dry = [&](int c, int r) {
+                return Outside(c, r) && !site_.At(c, r).water && c < kColumns;
+            };
+            const int x = column * kCell, y = kMapTop + row * kCell;
+            if (dry(column - 1, row)) add(x - kWide, y, 0, 0, kWide, kCell);
+            if (dry(column + 1, row)) add(x + kCell, y, kWide, 0, kWide, kCell);
+            for (const bool above : {true, false}) {
+                if (!dry(column, above ? row - 1 : row + 1)) continue;
+                const int stripY = above ? y - kWide : y + kCell, fromY = above ? 0 : kWide;
+                add(x, stripY, 2 * kWide, fromY, kLong, kWide);
+                add(x + kLong, stripY, 2 * kWide, fromY, kCell - kLong, kWide);
+            }
+        }
+    }
+
+    // Each cell of the set holds two stretches: side by side where they lead down, one
+    // above the other where they lead across.
+    void LayPath(const TileSet* set, const std::function<bool(int)>& drawn)
+    {
+        if (!set || !drawn(set->background)) return;
+        int number = 0;
+        for (const Site::Stretch& stretch : site_.Path()) {
+            const TileCell cell = set->cells.at(stretch.down ? "down" : "across")[0];
+            const int half = ++number / 2 % 2;
+            archive::RoomTile tile;
+            tile.width = stretch.down ? kCell : 2 * kCell;
+            tile.height = stretch.down ? 2 * kCell : kCell;
+            tile.x = stretch.x - tile.width / 2;
+            tile.y = stretch.y - tile.height / 2;
+            tile.sourceX = cell.column * set->cellWidth + (stretch.down ? half * kCell : 0);
+            tile.sourceY = cell.row * set->cellHeight + (stretch.down ? 0 : half * kCell);
+            tile.backgroundIndex = set->background;
+            tile.depth = kWallDepth;
+            tiles_.push_back(tile);
         }
     }
 
@@ -284,9 +350,12 @@ void ReadUse(const Row& row, TileSet& set)
 
 void NeedUses(const Row& row, const TileSet& set)
 {
-    bool ground = set.cellWidth == kCell && set.cellHeight == kCell;
     std::vector<const char*> uses{"piece"};
-    if (ground) uses = {"ground", "outside", "path", "mat", "edge", "wall"};
+    if (set.cellWidth == kCell && set.cellHeight == kCell) {
+        uses = {"ground", "outside", "path", "mat", "edge", "wall"};
+    } else if (set.cellWidth == 2 * kCell && set.cellHeight == 2 * kCell) {
+        uses = {"down", "across"};
+    }
     for (const char* use : uses) {
         if (!set.cells.count(use)) row.Fail(std::string("expected cells for ") + use);
     }
