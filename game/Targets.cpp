@@ -67,5 +67,6 @@ void vxl_Object_oAberto2_Collision_oMonte(CInstance* self, CInstance* other)
 void vxl_Object_oSeta_Create(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
+    self->var(image_index) = 0;
     self->var(image_speed) = 0.3;
 }

@@ -187,7 +187,7 @@ constexpr BuiltinRow kRows[] = {
     {"part_system_clear", part_system_clear, 1},
     {"part_system_depth", part_system_depth, 2},
     {"part_system_position", part_system_position, 3},
-    {"part_system_draw_order", SetSwitch<&CParticleSystem::oldToNew>, 2},
+    {"part_system_draw_order", SetSwitch<&CParticleSystem::order>, 2},
     {"part_system_automatic_update", SetSwitch<&CParticleSystem::automaticUpdate>, 2},
     {"part_system_automatic_draw", SetSwitch<&CParticleSystem::automaticDraw>, 2},
     {"part_system_update", part_system_update, 1},

@@ -18,8 +18,6 @@ const ParticleLayers* g_ParticleLayers;
 
 namespace {
 
-constexpr float kParticlesAbsent = -1e9F;
-
 bool TileBefore(const CTile& a, const CTile& b)
 {
     return a.depth > b.depth;
@@ -74,7 +72,7 @@ public:
     explicit DepthCursors(CRoom* room)
         : room_(room), instance_(room->activeTail), snapshot_(Walk_Begin())
     {
-        particles_ = g_ParticleLayers ? g_ParticleLayers->FirstDepth() : kParticlesAbsent;
+        particles_ = g_ParticleLayers ? g_ParticleLayers->FirstDepth() : kNoParticles;
     }
     // Moves past what takes no part; false when all three are exhausted.
     bool Settle()

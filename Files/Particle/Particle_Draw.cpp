@@ -1,6 +1,7 @@
 // Particles on the screen: one quad each, and the place of their systems among the
 // depths of a room.
 
+#include <algorithm>
 #include <cmath>
 
 #include "Files/Graphics/Draw_Room.h"
@@ -11,8 +12,7 @@
 
 namespace {
 
-constexpr float kRadian = 3.1415927F / 180.0F;
-constexpr float kSameDepth = 0.01F;
+constexpr float kTurnDepth = 0.01F;    // systems of nearly one depth share a turn
 constexpr int32_t kWigglePeriod = 16;  // steps
 
 void SetAdditive(bool additive)
@@ -49,6 +49,20 @@ void DrawShape(int32_t shape, const Picture& at, uint32_t colour, float alpha)
         Quad_SlotTexels(*slot), Quad_OneColour(VertexColour(colour, alpha)));
 }
 
+// A sprite in a shape's place takes the shape's size, and its middle is the particle's.
+void DrawStandIn(CSprite* sprite, int32_t frame, const Picture& at, uint32_t colour, float alpha)
+{
+    const auto side = static_cast<float>(kParticleShapeSize);
+    const auto width = static_cast<float>(sprite->width),
+               height = static_cast<float>(sprite->height);
+    const float xscale = at.xscale * side / width, yscale = at.yscale * side / height;
+    const float right = (width / 2 - static_cast<float>(sprite->originX)) * xscale;
+    const float down = (height / 2 - static_cast<float>(sprite->originY)) * yscale;
+    const float sine = std::sin(at.angle * kRadian), cosine = std::cos(at.angle * kRadian);
+    sprite->DrawExt(frame, at.x - right * cosine - down * sine, at.y + right * sine - down * cosine,
+                    xscale, yscale, at.angle, colour, alpha);
+}
+
 void DrawOne(const CParticle& particle, const CParticleType& look, float x, float y)
 {
     const float wiggle = Particle_Wiggle(particle.age + particle.random, kWigglePeriod);
@@ -56,20 +70,30 @@ void DrawOne(const CParticle& particle, const CParticleType& look, float x, floa
     const Picture at = {
         particle.x + x, particle.y + y, look.xscale * size, look.yscale * size,
         particle.angle + (look.angleRelative ? particle.direction : 0) + wiggle * look.angleWiggle};
-    const int32_t index = look.sprite >= 0 ? look.sprite : ParticleShape_Sprite(look.shape);
-    if (CSprite* sprite = Sprite_Data(index))
-        sprite->DrawExt(FrameOf(particle, look, *sprite), at.x, at.y, at.xscale, at.yscale,
-                        at.angle, particle.colour, particle.alpha);
-    else if (look.sprite < 0)
+    if (look.sprite >= 0) {
+        if (CSprite* sprite = Sprite_Data(look.sprite))
+            sprite->DrawExt(FrameOf(particle, look, *sprite), at.x, at.y, at.xscale, at.yscale,
+                            at.angle, particle.colour, particle.alpha);
+    } else if (CSprite* standIn = Sprite_Data(ParticleShape_Sprite(look.shape))) {
+        DrawStandIn(standIn, FrameOf(particle, look, *standIn), at, particle.colour,
+                    particle.alpha);
+    } else {
         DrawShape(look.shape, at, particle.colour, particle.alpha);
+    }
 }
 
-bool SameDepth(float a, float b)
+// A turn reaches from its depth a little downward, so that no system has two.
+bool Below(float turn, const CParticleSystem& system)
 {
-    return std::fabs(a - b) < kSameDepth;
+    return system.depth <= turn - kTurnDepth;
 }
 
-constexpr float kAboveAll = 1e9F, kBelowAll = -1e9F;
+bool InTurn(float turn, const CParticleSystem& system)
+{
+    return system.depth <= turn && !Below(turn, system);
+}
+
+constexpr float kAboveAll = 1e9F;
 
 }  // namespace
 
@@ -77,7 +101,7 @@ void Particle_Draw(const CParticleSystem& system)
 {
     bool additive = false;
     for (int32_t i = 0; i < system.count; ++i) {
-        const CParticle& particle = *system.particles[system.oldToNew ? i : system.count - 1 - i];
+        const CParticle& particle = *system.particles[system.order ? i : system.count - 1 - i];
         if (particle.lifetime < 1) break;
         const CParticleType* look = ParticleType_Data(particle.type);
         if (!look) continue;
@@ -94,17 +118,15 @@ float Particle_FirstDepth()
 
 float Particle_NextDepth(float depth)
 {
-    float next = kBelowAll;
+    float next = kNoParticles;
     for (const CParticleSystem* system : ParticleSystem_Table())
-        if (system && system->automaticDraw && system->depth < depth && system->depth > next &&
-            !SameDepth(system->depth, depth))
-            next = system->depth;
+        if (system && system->automaticDraw && Below(depth, *system))
+            next = std::max(next, system->depth);
     return next;
 }
 
 void Particle_DrawDepth(float depth)
 {
     for (const CParticleSystem* system : ParticleSystem_Table())
-        if (system && system->automaticDraw && SameDepth(system->depth, depth))
-            Particle_Draw(*system);
+        if (system && system->automaticDraw && InTurn(depth, *system)) Particle_Draw(*system);
 }

@@ -13,35 +13,34 @@
 namespace {
 
 enum EffectKind : int32_t {
-    EF_EXPLOSION,
-    EF_RING,
-    EF_ELLIPSE,
-    EF_FIREWORK,
-    EF_SMOKE,
-    EF_SMOKE_UP,
-    EF_STAR,
-    EF_SPARK,
-    EF_FLARE,
-    EF_CLOUD,
-    EF_RAIN,
-    EF_SNOW,
+    kEfExplosion,
+    kEfRing,
+    kEfEllipse,
+    kEfFirework,
+    kEfSmoke,
+    kEfSmokeUp,
+    kEfStar,
+    kEfSpark,
+    kEfFlare,
+    kEfCloud,
+    kEfRain,
+    kEfSnow,
 };
 enum Shape : int32_t {
-    LINE = 3,
-    STAR = 4,
-    CIRCLE = 5,
-    RING = 6,
-    FLARE = 8,
-    SPARK = 9,
-    EXPLOSION = 10,
-    CLOUD = 11,
-    SMOKE = 12,
-    SNOW = 13,
+    kShapeLine = 3,
+    kShapeStar = 4,
+    kShapeCircle = 5,
+    kShapeRing = 6,
+    kShapeFlare = 8,
+    kShapeSpark = 9,
+    kShapeExplosion = 10,
+    kShapeCloud = 11,
+    kShapeSmoke = 12,
+    kShapeSnow = 13,
 };
-enum Size : int32_t { SMALL, MEDIUM, LARGE };
+enum Size : int32_t { kSmall, kMedium, kLarge };
 
 constexpr float kBelowDepth = 100000, kAboveDepth = -100000;
-constexpr double kTurn = 6.283185307179586;  // radians
 
 // One part of an effect at medium size and 30 steps a second: how its particles look,
 // how many there are for each size, and how far about the place they start.
@@ -55,8 +54,8 @@ struct EffectPart {
 
 constexpr EffectPart kParts[] = {
     // Smoke that rises, flames that roll outward, a hot heart, and a flash.
-    {EF_EXPLOSION,
-     {.shape = SMOKE,
+    {kEfExplosion,
+     {.shape = kShapeSmoke,
       .sizeMin = 0.3F,
       .sizeMax = 0.6F,
       .sizeIncrease = 0.03F,
@@ -74,8 +73,8 @@ constexpr EffectPart kParts[] = {
      {4, 7, 12},
      18,
      0.75F},
-    {EF_EXPLOSION,
-     {.shape = EXPLOSION,
+    {kEfExplosion,
+     {.shape = kShapeExplosion,
       .sizeMin = 0.25F,
       .sizeMax = 0.5F,
       .sizeIncrease = 0.035F,
@@ -93,8 +92,8 @@ constexpr EffectPart kParts[] = {
      {5, 8, 13},
      6,
      0.35F},
-    {EF_EXPLOSION,
-     {.shape = EXPLOSION,
+    {kEfExplosion,
+     {.shape = kShapeExplosion,
       .sizeMin = 0.15F,
       .sizeMax = 0.3F,
       .sizeIncrease = 0.02F,
@@ -111,8 +110,8 @@ constexpr EffectPart kParts[] = {
       .additiveBlend = true},
      {3, 5, 8},
      6},
-    {EF_EXPLOSION,
-     {.shape = FLARE,
+    {kEfExplosion,
+     {.shape = kShapeFlare,
       .sizeMin = 1,
       .sizeMax = 1,
       .sizeIncrease = 0.3F,
@@ -123,8 +122,8 @@ constexpr EffectPart kParts[] = {
       .additiveBlend = true},
      {1, 1, 1},
      0},
-    {EF_RING,
-     {.shape = RING,
+    {kEfRing,
+     {.shape = kShapeRing,
       .sizeMin = 0,
       .sizeMax = 0,
       .sizeIncrease = 0.15F,
@@ -134,8 +133,8 @@ constexpr EffectPart kParts[] = {
       .alphaEnd = 0},
      {1, 1, 1},
      0},
-    {EF_ELLIPSE,
-     {.shape = RING,
+    {kEfEllipse,
+     {.shape = kShapeRing,
       .sizeMin = 0,
       .sizeMax = 0,
       .sizeIncrease = 0.15F,
@@ -147,8 +146,8 @@ constexpr EffectPart kParts[] = {
      {1, 1, 1},
      0},
     // Sparks fly apart, slow down and sink.
-    {EF_FIREWORK,
-     {.shape = FLARE,
+    {kEfFirework,
+     {.shape = kShapeFlare,
       .sizeMin = 0.06F,
       .sizeMax = 0.18F,
       .sizeIncrease = -0.002F,
@@ -165,8 +164,8 @@ constexpr EffectPart kParts[] = {
       .additiveBlend = true},
      {50, 90, 150},
      0},
-    {EF_SMOKE,
-     {.shape = SMOKE,
+    {kEfSmoke,
+     {.shape = kShapeSmoke,
       .sizeMin = 0.4F,
       .sizeMax = 0.8F,
       .sizeIncrease = 0.012F,
@@ -182,8 +181,8 @@ constexpr EffectPart kParts[] = {
       .alphaEnd = 0},
      {6, 10, 16},
      18},
-    {EF_SMOKE_UP,
-     {.shape = SMOKE,
+    {kEfSmokeUp,
+     {.shape = kShapeSmoke,
       .sizeMin = 0.3F,
       .sizeMax = 0.6F,
       .sizeIncrease = 0.02F,
@@ -202,8 +201,8 @@ constexpr EffectPart kParts[] = {
       .alphaEnd = 0},
      {6, 10, 16},
      12},
-    {EF_STAR,
-     {.shape = STAR,
+    {kEfStar,
+     {.shape = kShapeStar,
       .sizeMin = 0.2F,
       .sizeMax = 0.2F,
       .sizeIncrease = 0.035F,
@@ -215,8 +214,8 @@ constexpr EffectPart kParts[] = {
       .alphaEnd = 0},
      {1, 1, 1},
      0},
-    {EF_SPARK,
-     {.shape = SPARK,
+    {kEfSpark,
+     {.shape = kShapeSpark,
       .sizeMin = 0.3F,
       .sizeMax = 0.3F,
       .sizeIncrease = 0.06F,
@@ -229,8 +228,8 @@ constexpr EffectPart kParts[] = {
       .additiveBlend = true},
      {1, 1, 1},
      0},
-    {EF_FLARE,
-     {.shape = FLARE,
+    {kEfFlare,
+     {.shape = kShapeFlare,
       .sizeMin = 0.4F,
       .sizeMax = 0.4F,
       .sizeIncrease = 0.07F,
@@ -241,8 +240,8 @@ constexpr EffectPart kParts[] = {
       .additiveBlend = true},
      {1, 1, 1},
      0},
-    {EF_CLOUD,
-     {.shape = CLOUD,
+    {kEfCloud,
+     {.shape = kShapeCloud,
       .sizeMin = 1.6F,
       .sizeMax = 2.2F,
       .xscale = 1.3F,
@@ -256,8 +255,8 @@ constexpr EffectPart kParts[] = {
      {1, 2, 3},
      24},
     // What falls from the sky; the life comes from the height of the room.
-    {EF_RAIN,
-     {.shape = LINE,
+    {kEfRain,
+     {.shape = kShapeLine,
       .sizeMin = 0.2F,
       .sizeMax = 0.3F,
       .speedMin = 7,
@@ -270,8 +269,8 @@ constexpr EffectPart kParts[] = {
       .alphaEnd = 0.4F},
      {2, 5, 9},
      0},
-    {EF_SNOW,
-     {.shape = SNOW,
+    {kEfSnow,
+     {.shape = kShapeSnow,
       .sizeMin = 0.1F,
       .sizeMax = 0.25F,
       .speedMin = 2.5F,
@@ -290,30 +289,44 @@ constexpr EffectPart kParts[] = {
 constexpr size_t kPartCount = std::size(kParts);
 constexpr float kGrowth[3] = {0.5F, 1, 2};  // of small, medium and large
 
-int32_t s_below = -1, s_above = -1;  // the two systems
-int32_t s_types[kPartCount][3];      // one for each part and size
+int32_t effectSystemBelow = -1, effectSystemAbove = -1;  // the two systems
+int32_t s_types[kPartCount][3];                          // one for each part and size
 bool s_made;
+
+// A script may have destroyed what was there, and have put something of its own in the
+// same place.
+template <class T>
+bool IsOurs(const T* found)
+{
+    return found && found->ofEffects;
+}
 
 int32_t MakeSystem(int32_t index, float depth)
 {
-    if (!ParticleSystem_Data(index)) {
-        index = ParticleSystem_Create();
-        ParticleSystem_Data(index)->depth = depth;
-    }
-    return index;
+    if (IsOurs(ParticleSystem_Data(index))) return index;
+    const int32_t made = ParticleSystem_Create();
+    ParticleSystem_Data(made)->depth = depth;
+    ParticleSystem_Data(made)->ofEffects = true;
+    return made;
 }
 
-// A script may have destroyed what was there.
+int32_t MakeType(int32_t index)
+{
+    if (IsOurs(ParticleType_Data(index))) return index;
+    const int32_t made = ParticleType_Create();
+    ParticleType_Data(made)->ofEffects = true;
+    return made;
+}
+
 void MakeSure()
 {
     if (!s_made)
         for (auto& sizes : s_types) std::fill(std::begin(sizes), std::end(sizes), -1);
     s_made = true;
-    s_below = MakeSystem(s_below, kBelowDepth);
-    s_above = MakeSystem(s_above, kAboveDepth);
+    effectSystemBelow = MakeSystem(effectSystemBelow, kBelowDepth);
+    effectSystemAbove = MakeSystem(effectSystemAbove, kAboveDepth);
     for (auto& sizes : s_types)
-        for (int32_t& type : sizes)
-            if (!ParticleType_Data(type)) type = ParticleType_Create();
+        for (int32_t& type : sizes) type = MakeType(type);
 }
 
 // A room that is faster than 30 steps a second gets slower particles that live longer.
@@ -328,6 +341,14 @@ float SpeedFactor()
 int32_t Steps(float steps)
 {
     return static_cast<int32_t>(std::lrint(steps));
+}
+
+// At 7 pixels a step a fifth of the height leads rain out of the room; snow falls at no
+// less than a third of that.
+int32_t StepsToTheGround(int32_t kind, float pace)
+{
+    const float share = kind == kEfRain ? 0.2F : 0.6F;
+    return Steps(static_cast<float>(Run_Room->height) * share / pace);
 }
 
 // The look with all lengths times `growth`, and its time running `pace` times as fast.
@@ -376,11 +397,11 @@ void Effect_Create(bool above, int32_t kind, float x, float y, int32_t size, uin
 {
     if (!Run_Room) return;
     MakeSure();
-    if (size != SMALL && size != LARGE) size = MEDIUM;
+    if (size != kSmall && size != kLarge) size = kMedium;
     const float pace = SpeedFactor();
-    const bool falls = kind == EF_RAIN || kind == EF_SNOW;
+    const bool falls = kind == kEfRain || kind == kEfSnow;
     const float growth = falls ? 1 : kGrowth[size];  // more of what falls, not larger ones
-    CParticleSystem* system = ParticleSystem_Data(above ? s_above : s_below);
+    CParticleSystem* system = ParticleSystem_Data(above ? effectSystemAbove : effectSystemBelow);
     for (size_t part = 0; part < kPartCount; ++part) {
         const EffectPart& row = kParts[part];
         if (row.kind != kind) continue;
@@ -388,12 +409,9 @@ void Effect_Create(bool above, int32_t kind, float x, float y, int32_t size, uin
         CParticleType& look = *ParticleType_Data(type);
         const uint32_t shaded = Particle_Blend(colour, 0, row.shade);
         look = Scaled(row.look, growth, pace);
+        look.ofEffects = true;
         if (falls) {
-            // At 7 pixels a step a fifth of the height leads rain out of the room; snow falls
-            // at no less than a third of that.
-            const float share = kind == EF_RAIN ? 0.2F : 0.6F;
-            look.lifeMin = look.lifeMax =
-                Steps(static_cast<float>(Run_Room->height) * share / pace);
+            look.lifeMin = look.lifeMax = StepsToTheGround(kind, pace);
             FromTheSky(system, type, look, row.count[size], shaded);
         } else {
             AboutAPlace(system, x, y, row.radius * growth, type, look, row.count[size], shaded);
@@ -403,12 +421,13 @@ void Effect_Create(bool above, int32_t kind, float x, float y, int32_t size, uin
 
 void Effect_Clear()
 {
-    for (const int32_t index : {s_below, s_above})
-        if (CParticleSystem* system = ParticleSystem_Data(index)) Particle_Clear(system);
+    for (const int32_t index : {effectSystemBelow, effectSystemAbove})
+        if (CParticleSystem* system = ParticleSystem_Data(index); IsOurs(system))
+            Particle_Clear(system);
 }
 
 void Effect_Forget()
 {
-    s_below = s_above = -1;
+    effectSystemBelow = effectSystemAbove = -1;
     s_made = false;
 }

@@ -3,6 +3,9 @@
 
 #include "Files/Particle/Particle_Main.h"
 
+inline constexpr float kRadian = 3.1415927F / 180.0F;
+inline constexpr double kTurn = 6.283185307179586;  // radians
+
 const VxVector<CParticleSystem*>& ParticleSystem_Table();  // null where a place is empty
 void ParticleTables_Free();
 

@@ -32,12 +32,14 @@ void Particle_Init()
     std::fill(std::begin(s_sprites), std::end(s_sprites), kNotLooked);
     g_ParticleLayers = &kLayers;
     Service_Hook(ServicePlace::Particles, Particle_UpdateAll);
+    Service_Hook(ServicePlace::ClearRoom, Particle_ClearRoom);
     Service_Hook(ServicePlace::ClearEffects, Effect_Clear);
 }
 
 void Particle_Quit()
 {
     Service_Unhook(ServicePlace::Particles, Particle_UpdateAll);
+    Service_Unhook(ServicePlace::ClearRoom, Particle_ClearRoom);
     Service_Unhook(ServicePlace::ClearEffects, Effect_Clear);
     g_ParticleLayers = nullptr;
     for (int32_t& slot : s_slots) {

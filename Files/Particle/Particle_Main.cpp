@@ -14,8 +14,7 @@ namespace {
 
 constexpr int32_t kGrowth = 100;  // particles
 constexpr int32_t kImages = 10000, kRandoms = 100000;
-constexpr double kTurn = 6.283185307179586;  // radians
-constexpr double kSpreadReach = 3;           // standard deviations from middle to edge
+constexpr double kSpreadReach = 3;  // standard deviations from middle to edge
 
 VxVector<CParticleSystem*> s_systems;
 VxVector<CParticleType*> s_types;

@@ -52,7 +52,8 @@ struct CParticleType {
     uint8_t channels[3][2] = {};  // least and most of red, green, blue or hue, saturation, value
     float alphaStart = 1, alphaMiddle = 1, alphaEnd = 1;
     bool additiveBlend = false;
-    bool selfSpawnReported = false;
+    bool selfSpawnReported = false;  // once a type, not once a particle and step
+    bool ofEffects = false;          // made for an effect, not by a script
 };
 
 enum class EmitterShape : int32_t { Rectangle, Ellipse, Diamond, Line };
@@ -77,8 +78,10 @@ struct CParticleSystem {
     int32_t capacity = 0, count = 0;
     VxVector<CParticleEmitter> emitters;
     float xdraw = 0, ydraw = 0, depth = 0;
-    bool oldToNew = true;  // the order of drawing
+    bool order = true;  // of drawing: oldest first
     bool automaticUpdate = true, automaticDraw = true;
+    bool ofEffects = false;  // as in CParticleType
+    int32_t layer = -1;      // of a room of the archive's newer format; -1 for none
 };
 
 // ---- life of the module
@@ -107,6 +110,8 @@ void Particle_Clear(CParticleSystem* system);
 
 void Particle_Update(CParticleSystem* system);
 void Particle_UpdateAll();  // systems with automaticUpdate
+void Particle_ClearRoom();  // a room ends: systems that hang on one of its layers lose their
+                            // particles
 
 void Particle_Draw(const CParticleSystem& system);
 float Particle_FirstDepth();  // as ParticleLayers has it

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr float kRadian = 3.1415927F / 180.0F;
-
 void Spawn(CParticleSystem* system, const CParticle& parent, CParticleType* look, int32_t type,
            int32_t number)
 {
@@ -19,7 +17,7 @@ void Spawn(CParticleSystem* system, const CParticle& parent, CParticleType* look
         Particle_Make(system, parent.x, parent.y, type, number);
         return;
     }
-    if (look->selfSpawnReported) return;  // once a type, not once a particle and step
+    if (look->selfSpawnReported) return;
     look->selfSpawnReported = true;
     Error_Show("Error: a particle cannot spawn another of the same type", false);
 }
@@ -83,6 +81,7 @@ float Between(float from, float to, float share)
 
 void Fade(CParticle* particle, const CParticleType& look)
 {
+    if (particle->lifetime < 1) return;  // born to be gone at the next step
     const float life = static_cast<float>(particle->age) / static_cast<float>(particle->lifetime);
     const bool young = life < 0.5F;
     const float half = young ? life * 2 : life * 2 - 1;  // of the half under way
@@ -127,4 +126,10 @@ void Particle_UpdateAll()
 {
     for (CParticleSystem* system : ParticleSystem_Table())
         if (system && system->automaticUpdate) Particle_Update(system);
+}
+
+void Particle_ClearRoom()
+{
+    for (CParticleSystem* system : ParticleSystem_Table())
+        if (system && system->layer >= 0) Particle_Clear(system);
 }

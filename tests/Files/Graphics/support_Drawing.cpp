@@ -1,9 +1,9 @@
 #include "tests/Files/Graphics/support_Drawing.h"
 
-int32_t DrawingTest::PlainSprite(int32_t size, uint32_t colour)
+int32_t DrawingTest::PlainSprite(int32_t size, uint32_t colour, const char* name)
 {
     auto* sprite = VxNew<CSprite>();
-    sprite->name = "plain";
+    sprite->name = name;
     sprite->width = sprite->height = size;
     sprite->frameCount = 1;
     sprite->bboxRight = sprite->bboxBottom = size - 1;

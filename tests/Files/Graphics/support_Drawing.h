@@ -99,7 +99,7 @@ protected:
         return {0, 0, size, size, 0, 0, size, size, size, size, static_cast<int16_t>(slot)};
     }
     // A sprite of one plain colour made at run time.
-    int32_t PlainSprite(int32_t size, uint32_t colour);
+    int32_t PlainSprite(int32_t size, uint32_t colour, const char* name = "plain");
 
     static uint32_t BackBuffer(int32_t x, int32_t y)
     {

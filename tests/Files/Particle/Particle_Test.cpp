@@ -7,6 +7,7 @@
 #include <set>
 
 #include "Files/Base/Console.h"
+#include "Files/Run/Run_State.h"
 #include "Files/Run/Services.h"
 #include "tests/Files/Graphics/support_Drawing.h"
 #include "tests/Files/support_Script.h"
@@ -240,6 +241,7 @@ TEST_F(ParticleTest, EachSystemIsDrawnOnceAtItsDepth)
 {
     call("part_type_shape", type, 2);  // a square of 60 pixels
     const auto second = static_cast<int32_t>(call("part_system_create"));
+    const auto third = static_cast<int32_t>(call("part_system_create"));
     const auto draw = [&](int32_t where, double depth, uint32_t colour) {
         call("part_system_clear", where);
         call("part_system_depth", where, depth);
@@ -260,6 +262,14 @@ TEST_F(ParticleTest, EachSystemIsDrawnOnceAtItsDepth)
     draw(second, 3, 0x0000FF);
     const uint32_t twice = Drawn(50, 40) >> 16;
     EXPECT_NEAR(twice, 191, 3) << "depths that close share one turn, and none has two";
+    // A chain of depths, each close to the next, is two turns; nothing shines twice.
+    draw(system, 3.015, 0x0000FF);
+    draw(second, 3.007, 0x0000FF);
+    EXPECT_NEAR(Drawn(50, 40) >> 16, 191, 3);
+    call("part_particles_create_color", third, 50, 40, type, 0x0000FF, 1);
+    call("part_system_depth", third, 3);
+    EXPECT_NEAR(Drawn(50, 40) >> 16, 223, 3);
+    call("part_system_clear", third);
     call("part_system_automatic_draw", second, 0);
     EXPECT_NEAR(Drawn(50, 40) >> 16, 127, 3);
     call("part_type_blend", type, 1);
@@ -320,6 +330,84 @@ TEST_F(ParticleTest, EveryShapeIsAPictureOfItsOwn)
         EXPECT_NEAR(length, 56, 1);
         EXPECT_NEAR(height, 6, 1);
     }
+}
+
+TEST_F(ParticleTest, TheEndOfARoomEmptiesWhatHangsOnItsLayers)
+{
+    Make(3);
+    Services_ClearRoom();
+    EXPECT_EQ(Count(), 3);
+    System().layer = 0;
+    Services_ClearRoom();
+    EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(ParticleTest, AChildWithoutALifeIsGoneAtTheNextStep)
+{
+    const auto child = static_cast<int32_t>(call("part_type_create"));
+    call("part_type_life", child, 0, 0);
+    call("part_type_step", type, 1, child);
+    Make(1);
+    ASSERT_EQ(Steps(1), 2);
+    EXPECT_EQ(Particle(1).alpha, 1);
+    EXPECT_EQ(Steps(1), 2) << "one goes, one comes";
+}
+
+// A sprite of a shape's name takes its place and its size, wherever its own origin is.
+TEST_F(ParticleTest, AnArchivesSpriteStandsInForAShape)
+{
+    const int32_t sprite = PlainSprite(16, kGreen, "pt_shape_square");
+    call("part_type_shape", type, 2);
+    Make(1);
+    for (const auto& [originX, angle] : {std::pair{0, 0}, {16, 90}}) {
+        Sprite_Data(sprite)->originX = originX;
+        call("part_type_clear", type);
+        call("part_type_shape", type, 2);
+        Particle(0).angle = static_cast<float>(angle);
+        for (const auto& [x, y] : {std::pair{20, 10}, {80, 10}, {20, 70}, {80, 70}})
+            EXPECT_EQ(Drawn(x, y), 0x00FF00U) << x << ' ' << y << ' ' << angle;
+        for (const auto& [x, y] : {std::pair{16, 40}, {84, 40}, {50, 6}, {50, 74}})
+            EXPECT_EQ(Drawn(x, y), 0U) << x << ' ' << y << ' ' << angle;
+    }
+}
+
+// The systems of the effects belong to them alone, also when a script destroyed them and
+// got their places for its own.
+TEST_F(ParticleTest, AScriptsSystemIsNotTakenForAnEffects)
+{
+    call("effect_create_above", 10, 0, 0, 1, 0xFFFFFF);
+    for (int32_t i = 0; i < 100; ++i)
+        if (i != system && ParticleSystem_Data(i)) call("part_system_destroy", i);
+    for (int32_t i = 0; i < 100; ++i)
+        if (i != type && ParticleType_Data(i)) call("part_type_destroy", i);
+    system = static_cast<int32_t>(call("part_system_create"));
+    type = static_cast<int32_t>(call("part_type_create"));
+    call("part_type_life", type, 7, 7);
+    Make(1);
+    for (int32_t kind = 0; kind < 12; ++kind)
+        for (const int32_t size : {0, 1, 2}) call("effect_create_below", kind, 0, 0, size, 0);
+    EXPECT_EQ(Count(), 1);
+    EXPECT_EQ(ParticleType_Data(type)->lifeMax, 7);
+    call("effect_clear");
+    EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(ParticleTest, AFasterRoomHasSlowerRainThatLivesLonger)
+{
+    Run_Room->height = 480;
+    const auto drop = [&](double roomSpeed, double measured) {
+        Run_Room->speed = static_cast<decltype(Run_Room->speed)>(roomSpeed);
+        g_FpsReal = static_cast<decltype(g_FpsReal)>(measured);
+        call("effect_clear");
+        call("effect_create_above", 10, 0, 0, 1, 0xFFFFFF);
+        for (int32_t i = 0;; ++i)
+            if (CParticleSystem* other = ParticleSystem_Data(i); other->depth == -100000)
+                return std::pair(other->particles[0]->speed, other->particles[0]->lifetime);
+    };
+    EXPECT_EQ(drop(30, 500), std::pair(7.0F, 96));
+    EXPECT_EQ(drop(60, 60), std::pair(3.5F, 192));
+    EXPECT_EQ(drop(120, 60), std::pair(3.5F, 192)) << "one that it does not reach";
+    EXPECT_EQ(drop(60, 25), std::pair(7.0F, 96));
 }
 
 TEST_F(ParticleTest, RainIsExact)
