@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Files/Base/Archive_Writer.h"
 #include "Files/Graphics/Batch.h"
 #include "Names.h"
@@ -70,6 +72,30 @@ TEST(Idle, TheFirstFrameDecodesOnlyThePagesThatItShows)
         }
         decodes = Texture_Decodes();
     }
+}
+
+// The pages are few, and well filled by what is drawn from them.
+TEST(Idle, ThePagesAreFewAndFull)
+{
+    archive::Content content;
+    std::string fault;
+    ASSERT_TRUE(archive::Read(Stage::game_archive(), &content, &fault)) << fault;
+    ASSERT_FALSE(content.pages.empty());
+    EXPECT_LE(content.pages.size(), 39U);
+    constexpr size_t side = 1024;
+    std::vector<bool> used(content.pages.size() * side * side);
+    const auto use = [&](const archive::PageEntry& entry) {
+        for (size_t y = entry.y; y < size_t{entry.y} + entry.height; ++y)
+            for (size_t x = entry.x; x < size_t{entry.x} + entry.width; ++x)
+                used[(static_cast<size_t>(entry.page) * side + y) * side + x] = true;
+    };
+    for (const archive::Sprite& sprite : content.sprites)
+        for (const archive::PageEntry& frame : sprite.frames) use(frame);
+    for (const archive::Background& background : content.backgrounds)
+        if (background.hasEntry) use(background.entry);
+    for (const archive::Font& font : content.fonts) use(font.entry);
+    const auto area = static_cast<double>(std::count(used.begin(), used.end(), true));
+    EXPECT_GE(area / static_cast<double>(used.size()), 0.8) << content.pages.size() << " pages";
 }
 
 // Nothing of a run shows whether a thread decodes pages ahead of it, and none outlives it.

@@ -326,30 +326,69 @@ TEST(PackScenery, NothingHidesTheField)
     }
 }
 
-// Counts and rooms are those of the table; with all levels there, nothing is short.
+// How many of each stand in how many rooms of the whole game. With all levels there,
+// nothing is short.
 TEST(PackScenery, EachObjectStandsInItsRoomsAndInItsNumber)
 {
     const Game& game = Game::Get();
-    for (const SceneryRow& row :
-         Scenery_Parse(game.tables, Table_Read(CONTENT_FOLDER, "scenery.txt"))) {
-        int found = 0, rooms = 0;
+    const struct {
+        const char* object;
+        int number, rooms;
+    } rows[] = {
+        {"oMoitaInterna", 198, 18},
+        {"oObstaculoInterno", 210, 19},
+        {"oObstaculoInterno2", 227, 18},
+        {"oObstaculoInterno1Mundo5", 180, 22},
+        {"oObstaculoInterno2Mundo5", 148, 22},
+        {"oCamelo", 28, 11},
+        {"oCamelo2", 19, 11},
+        {"oCorujinha", 6, 4},
+        {"oCachorrinho", 2, 2},
+        {"oArvorezinha1", 116, 22},
+        {"oArvorezinha2", 44, 22},
+        {"oAnimaAgua", 107, 11},
+        {"oAnimaOndinhas", 72, 9},
+        {"oNuvemMundo4", 29, 11},
+        {"oNuvemMundo4Chuva", 30, 11},
+        {"oNuvemMundo5", 45, 22},
+        {"oNuvemMundo5Chuva", 23, 5},
+        {"oChuva", 21, 21},
+        {"oRaiosDeSol", 90, 90},
+        {"oSeta", 0, 0},
+    };
+    for (const auto& row : rows) {
+        const int object = game.tables.objectNames.Find(row.object);
+        int number = 0, rooms = 0;
         for (const archive::Room& room : game.built.content.rooms) {
-            const auto here = std::count_if(
+            const auto here = static_cast<int>(std::count_if(
                 room.instances.begin(), room.instances.end(),
-                [&](const archive::RoomInstance& i) { return i.objectIndex == row.object; });
-            found += static_cast<int>(here);
-            const size_t digits = room.name.find_last_not_of("0123456789") + 1;
-            const int number = std::atoi(room.name.c_str() + digits);
-            const bool level = room.name.rfind("room_level", 0) == 0;
-            const bool page = room.name.rfind("room_menu", 0) == 0;
-            const bool listed =
-                (level && row.levels.count(number) != 0) || (page && row.pages.count(number) != 0);
-            EXPECT_TRUE(listed || here == 0) << room.name;
-            if (listed && !room.instances.empty()) ++rooms;
+                [&](const archive::RoomInstance& i) { return i.objectIndex == object; }));
+            number += here;
+            rooms += here > 0;
         }
-        const int all = static_cast<int>(row.levels.size() + row.pages.size());
-        EXPECT_EQ(found, row.count * rooms / all)
-            << game.tables.objectNames.List()[static_cast<size_t>(row.object)];
+        EXPECT_EQ(number, row.number) << row.object;
+        EXPECT_EQ(rooms, row.rooms) << row.object;
     }
     EXPECT_TRUE(game.built.shortages.empty()) << game.built.shortages[0];
+}
+
+// Rain in the rooms that are told, the sun in all others of the map and the campaign.
+TEST(PackScenery, ItRainsOrTheSunShines)
+{
+    const Game& game = Game::Get();
+    std::set<std::string> rainy = {"room_menu8"};
+    for (const int level :
+         {10, 20, 23, 27, 30, 34, 40, 71, 72, 73, 74, 75, 76, 77, 78, 79, 80, 90, 98, 99})
+        rainy.insert("room_level" + std::to_string(level));
+    for (const RoomRow& row : game.tables.rooms) {
+        const bool played = row.name.rfind("room_level", 0) == 0 ||
+                            (row.name.rfind("room_menu", 0) == 0 && row.name != "room_menu_novo");
+        const std::vector<std::string> listed = game.Listed(game.Room(row.name));
+        const auto stands = [&](const char* what) {
+            return std::count(listed.begin(), listed.end(), what);
+        };
+        EXPECT_EQ(stands("oChuva 0,0"), rainy.count(row.name)) << row.name;
+        const bool sunny = row.name == "room_titulo" || (played && !rainy.count(row.name));
+        EXPECT_EQ(stands("oRaiosDeSol 0,0"), sunny) << row.name;
+    }
 }
