@@ -34,10 +34,7 @@ void vxl_Room_room_intro_Create(CInstance* self, CInstance* other)
     if (soundOn == 1) auxiliarMusica = 1;
     if (soundOn == 0) auxiliarMusica = 0;
 
-    // UNTIL THE CHARACTER SCREEN AND THE MUSIC STAND: what they will set first.
-    playerMode = "onePlayer";
-    jogadorUm = "menino";
-    jogadorDois = "menina";
+    // UNTIL THE MUSIC STANDS: what it will set first.
     musica = -1;
 }
 

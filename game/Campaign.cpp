@@ -51,23 +51,3 @@ RValue& vxl_Script_scr_recomeca(CInstance* self, CInstance* other, RValue& resul
     fade_to(room_personagem);
     return result;
 }
-
-// The question whether to begin anew, over the title.
-RValue& vxl_Script_scr_questao_recomeca(CInstance* self, CInstance* other, RValue& result, int,
-                                        RValue**)
-{
-    Frame frame(self, other);
-    if (!passaTela) return result;
-    instance_deactivate_all(self, true);
-    instance_create(0, 0, oTelaConfirmaRecomeca);
-    instance_create(room_width - 75, 15, oConfirmaRecomecaVoltar);
-    instance_deactivate_object(self, oMenuNovo);
-    return result;
-}
-
-void vxl_Object_oTelaConfirmaRecomeca_Create(CInstance* self, CInstance* other)
-{
-    Frame frame(self, other);
-    instance_create(room_width / 2 - 30, room_height / 2 - 70, oConfirmaRecomeca);
-    instance_create(0, 0, oMenuConfirmaRecomeca);
-}

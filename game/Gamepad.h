@@ -6,6 +6,7 @@
 enum PadButton : int32_t {
     gp_face1 = 32769,
     gp_face2 = 32770,
+    gp_face3 = 32771,
     gp_face4 = 32772,
     gp_shoulderl = 32773,
     gp_shoulderr = 32774,

@@ -1,8 +1,10 @@
 #pragma once
-// What all menus share: an unseen controller holds the cursor `mpos` and the list `menu`;
-// keys, pad and stick move the cursor, and a row is confirmed.
+// What all menus share: an unseen controller holds the cursor `mpos` and the list of the
+// entries; keys, pad, stick and mouse move the cursor, and the entry under it is confirmed.
+// A picture over that entry shows where the cursor stands.
 
 #include "game/Gamepad.h"
+#include "game/Screen.h"
 
 // One of the four ways to move a cursor.
 struct MenuWay {
@@ -23,8 +25,40 @@ inline constexpr MenuWay menuLeft = {
 inline constexpr MenuWay menuRight = {
     keyRight, keyD, gp_padr, gp_axislh, 1, moveAnalogicoDireita, apertaAnalogicoDireita};
 
-// In the create event of a controller; the caller fills `menu` and its places.
+// ---- entries
+struct Highlight {
+    Sprite sprite;
+    int frame;
+};
+inline constexpr Highlight overRow{sSelecionaMenu, 4}, overIcon{sSelecionaConquistas, 0},
+    overCard{sSelecionaAjuda, 0}, overSwitch{sSelecionaSom, 0};
+
+struct MenuEntry {
+    const char* tag;
+    Spot spot;
+    Highlight highlight;
+};
+using MenuEntries = std::span<const MenuEntry>;
+
+// Where a controller keeps its entries: in a list, or scattered over the screen.
+struct MenuShape {
+    InstanceVar tags, x, y;
+};
+inline constexpr MenuShape asList{menu, menuX, menuY}, scattered{opcoes, opcoesX, opcoesY};
+
+// In the create event of a controller. One that draws in the room fills `menu` itself.
 void set_up_menu(CInstance* self);
+void set_up_menu(CInstance* self, const MenuShape& shape, MenuEntries entries);
+
+void draw_highlight(CInstance* self, MenuEntries entries);
+
+// ---- the mouse finds an entry by an unseen area over it
+inline constexpr double rowWidth = 226, rowHeight = 50;       // pixels
+bool wake_hit_areas(CInstance* self);                         // false: none has been made yet
+void add_hit_area(CInstance* self, double left, double top);  // for the next entry
+int entry_under_mouse(CInstance* self);                       // -1 for none
+
+// ---- moving the cursor
 
 // At the top of its step event. A stick that is held gives one step, not one a frame.
 void read_menu_stick(CInstance* self);
@@ -34,5 +68,11 @@ double menu_steps(CInstance* self, const MenuWay& back, const MenuWay& forth);
 
 // The cursor wraps at both ends of the list.
 void move_cursor(CInstance* self, double steps);
+
+// A new place for each old one.
+void steer(CInstance* self, double steps, std::span<const int> back, std::span<const int> forth);
+
+// A button that the mouse comes to draws the cursor of its menu, where that is up.
+void put_cursor(CInstance* self, Object controller, double entry);
 
 bool menu_confirmed(CInstance* self);

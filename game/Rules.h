@@ -47,7 +47,7 @@ using Colour = uint32_t;
 inline constexpr Colour black = 0, white = 0xFFFFFF;
 
 // Of draw_set_halign and draw_set_valign.
-inline constexpr int32_t fa_center = 1, fa_middle = 1;
+inline constexpr int32_t fa_left = 0, fa_center = 1, fa_top = 0, fa_middle = 1;
 
 // Music on: sound effects follow the music's state.
 inline bool music_plays()

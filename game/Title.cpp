@@ -1,8 +1,7 @@
 // The title: the word is put together again and again, and after the first time the two
 // characters rise beside it and bring the main menu.
 
-#include "game/Menu.h"
-#include "game/Transition.h"
+#include "game/Gamepad.h"
 
 namespace {
 
@@ -35,15 +34,6 @@ bool risen(CInstance* self)
     return self->var(y) <= riseEnd;
 }
 
-// UNTIL THE MAIN MENU STANDS: the confirm key, or a click on its first row, 230 by 50 pixels.
-bool first_row_taken(CInstance* self)
-{
-    if (menu_confirmed(self)) return true;
-    const double besides = std::fabs(mouse_x - room_width / 2);
-    const double below = mouse_y - (room_height / 2 - 10);
-    return mouse_check_button_pressed(1) && besides <= 115 && below >= 0 && below < 50;
-}
-
 void bring_main_menu()
 {
     instance_create(room_width - 75, 15, oConfiguracoes);
@@ -53,6 +43,13 @@ void bring_main_menu()
         instance_create(10, 90, oFacebook);
     }
     passaTela = 1;
+}
+
+void ask_to_leave(CInstance* self)
+{
+    if (!passaTela) return;
+    RValue nothing;
+    vxl_Script_scr_sair(self, self, nothing, 0, nullptr);
 }
 
 }  // namespace
@@ -77,17 +74,14 @@ void vxl_Object_oTitulo_Create(CInstance* self, CInstance* other)
 void vxl_Object_oTitulo_Step(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    // UNTIL THE MAIN MENU STANDS: its first row leads straight to the first level.
-    if (passaTela && first_row_taken(self) && !fading(self)) fade_to(room_level1);
+    self->var(key_voltar) = gamepad_button_check_pressed(self->var(pad), gp_select);
+    if (self->var(key_voltar)) ask_to_leave(self);
 }
 
-// UNTIL THE MAIN MENU STANDS: its first row alone.
-void vxl_Object_oMenuNovo_Draw(CInstance* self, CInstance* other)
+void vxl_Object_oTitulo_Keyboard_Backspace(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    const double left = room_width / 2 - 115, top = room_height / 2 - 10;
-    draw_sprite(self, sStart, idioma == "ingles" ? 0 : 1, left, top);
-    draw_sprite(self, sSelecionaMenu, 4, left, top);
+    ask_to_leave(self);
 }
 
 void vxl_Object_oTitulo_Other_AnimationEnd(CInstance* self, CInstance* other)

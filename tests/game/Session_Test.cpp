@@ -31,7 +31,10 @@ public:
     bool play()
     {
         screen_.hands("mousemove 640 512");
-        while (run_->room_name() != "room_level1" && at_ < kFrames / 2) press("Return", 10);
+        while (run_->room_name() != "room_level1" && at_ < kFrames / 2) {
+            if (run_->room_name() == "room_personagem") press("Up", 6);  // to the row that goes on
+            press("Return", 16);
+        }
         const bool there = run_->room_name() == "room_level1";
         for (const char step : Solution_Of(1))
             press(std::string(1, static_cast<char>(tolower(step))), kStepFrames);

@@ -112,7 +112,7 @@ TEST(Title, EachGlobalIsSetByTheFirstThatNeedsIt)
     EXPECT_EQ(stage.global_text("roomAnterior"), "room_intro");
     EXPECT_EQ(stage.global("comeca"), 1);
     EXPECT_EQ(stage.global("auxiliarMusica"), 0) << "the sound was switched off";
-    for (const char* later : {"targetRoom", "passaTela", "gameType", "gameOver"})
+    for (const char* later : {"targetRoom", "passaTela", "playerMode", "gameType", "gameOver"})
         EXPECT_TRUE(std::isnan(stage.global(later))) << later;
     EXPECT_EQ(stage.global_text("idioma"), "");
 
@@ -126,7 +126,15 @@ TEST(Title, EachGlobalIsSetByTheFirstThatNeedsIt)
     EXPECT_EQ(stage.global("passaTela"), 1);
     EXPECT_TRUE(std::isnan(stage.global("movePlayerSpeed")));
 
-    stage.tap(keyEnter).frames(80);
+    // By the keys alone to the first level: the players, the map, the instructions.
+    stage.tap(keyEnter).frames(30);
+    EXPECT_EQ(stage.room_name(), "room_personagem");
+    EXPECT_EQ(stage.global_text("playerMode"), "onePlayer");
+    stage.tap(keyUp).frames(1).tap(keyEnter).frames(30);
+    EXPECT_EQ(stage.room_name(), "room_menu1");
+    stage.tap(keyEnter).frames(30);
+    for (int page = 0; page < 5; ++page) stage.tap(keyEnter).frames(1);
+    stage.frames(80);
     EXPECT_EQ(stage.room_name(), "room_level1");
     EXPECT_EQ(stage.global_text("gameType"), "normal");
 }
@@ -152,15 +160,6 @@ TEST(Title, APadThatComesOrGoesIsToldOnTheConsole)
         ds_map_destroy(g_AsyncLoad);
         g_AsyncLoad = -1;
     }
-}
-
-TEST(Title, AClickOnTheFirstRowStartsAndOneBesideItDoesNot)
-{
-    Stage stage(Saved(kChosen));
-    stage.room("room_titulo").frames(150).click(427, 300);
-    EXPECT_EQ(stage.count(oTransicao), 0);
-    stage.click(427, 250).frames(80);
-    EXPECT_EQ(stage.room_name(), "room_level1");
 }
 
 TEST(Title, TheSoundIsOnByDefault)

@@ -160,8 +160,29 @@ Stage& Stage::frames(int count)
     return *this;
 }
 
+namespace {
+
+RValue* GlobalPlace(const char* name)
+{
+    const int32_t id = Code_Variable_Find(name, SCOPE_GLOBAL);
+    return id < kInstanceVarBase ? nullptr : g_Global->FindVar(id - kInstanceVarBase);
+}
+
+// Whoever jumps past the screens that ask is a new player.
+void Choose(const char* name, const char* word)
+{
+    RValue* place = GlobalPlace(name);
+    if (place && place->Kind() == VALUE_UNSET) VXCreateString(place, word);
+}
+
+}  // namespace
+
 Stage& Stage::room(const std::string& name)
 {
+    Choose("idioma", "ingles");
+    Choose("playerMode", "onePlayer");
+    Choose("jogadorUm", "menino");
+    Choose("jogadorDois", "menina");
     const int32_t wanted = Room_Find(name.c_str());
     Room_Goto(wanted);
     for (int i = 0; i < kRoomPatience && running() && (New_Room != ROOM_NONE || i == 0); ++i)
@@ -283,19 +304,36 @@ Stage& Stage::mouse(int x, int y)
     return *this;
 }
 
-Stage& Stage::click(int x, int y)
+namespace {
+
+void LeftButton(int x, int y, HostMessageType type)
 {
-    mouse(x, y);
     HostMessage message;
     message.button = 1;
     message.x = x;
     message.y = y;
-    message.type = HostMessageType::ButtonDown;
+    message.type = type;
     Stage_Post(message);
-    frames(1);
-    message.type = HostMessageType::ButtonUp;
-    Stage_Post(message);
-    return frames(1);
+}
+
+}  // namespace
+
+Stage& Stage::press(int x, int y)
+{
+    mouse(x, y);
+    LeftButton(x, y, HostMessageType::ButtonDown);
+    return *this;
+}
+
+Stage& Stage::let_go(int x, int y)
+{
+    LeftButton(x, y, HostMessageType::ButtonUp);
+    return *this;
+}
+
+Stage& Stage::click(int x, int y)
+{
+    return press(x, y).frames(1).let_go(x, y).frames(1);
 }
 
 CInstance* Stage::find(Object object, int number) const
@@ -311,16 +349,6 @@ int Stage::count(Object object) const
 {
     return Instance_Number(object.index, nullptr, nullptr);
 }
-
-namespace {
-
-RValue* GlobalPlace(const char* name)
-{
-    const int32_t id = Code_Variable_Find(name, SCOPE_GLOBAL);
-    return id < kInstanceVarBase ? nullptr : g_Global->FindVar(id - kInstanceVarBase);
-}
-
-}  // namespace
 
 double Stage::global(const char* name) const
 {

@@ -76,7 +76,9 @@ public:
     Stage& walk(const std::string& steps);
     PadHands pad(int slot);      // of slots 0 to 3; the first call plugs it in
     Stage& mouse(int x, int y);  // client pixels
-    Stage& click(int x, int y);  // left button, down and up over two frames
+    Stage& press(int x, int y);  // left button
+    Stage& let_go(int x, int y);
+    Stage& click(int x, int y);  // down and up over two frames
 
     // ---- looking
     CInstance* find(Object object, int number = 0) const;  // alive ones, oldest first; or null
