@@ -1,16 +1,17 @@
 // Every level is drawn in few calls, and can be read: box, target, figure and wall stand
-// out from the ground by
-// luminance in every level under a clear sky, also for eyes that do not tell red from green.
+// out from the ground by luminance, under a clear sky and, by less, under every weather
+// of the level, also for eyes that do not tell red from green.
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <functional>
 
 #include "Files/Graphics/Batch.h"
 #include "Files/Object/CInstance.h"
+#include "Files/Particle/Particle_Main.h"
+#include "Files/Run/Run_State.h"
 #include "Names.h"
 #include "tests/support/Stage.h"
 
@@ -18,22 +19,33 @@ using namespace names;
 
 namespace {
 
-constexpr double kContrast = 1.6;  // of a thing to its ground, by luminance
-constexpr int kCellSize = 52;      // pixels
-constexpr int kFrameNoise = 40;    // below it two frames show the same
-constexpr int kFewPixels = 200;    // a thing with fewer lies off the screen
+constexpr double kContrast = 1.6;   // of a thing to its ground, by luminance
+constexpr double kInWeather = 1.3;  // the same under clouds, rays, rain and flash
+constexpr int kCellSize = 52;       // pixels
+constexpr int kFrameNoise = 40;     // below it two frames show the same
+constexpr float kBrightest = 2;     // picture of the flash
+constexpr int kFewCalls = 40;       // of drawing, a frame
+constexpr int kFewPixels = 200;     // a thing with fewer lies off the screen
 
 struct Colour {
     double red, green, blue;  // linear, 0 to 1
 };
 
+// Linear shares of all channel values, by the sRGB standard.
+std::array<double, 256> LinearShares()
+{
+    std::array<double, 256> shares;
+    for (size_t i = 0; i < shares.size(); ++i) {
+        const double v = static_cast<double>(i) / 255;
+        shares[i] = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+    }
+    return shares;
+}
+
 Colour Linear(uint32_t pixel)
 {
-    const auto channel = [&](int shift) {
-        const double v = (pixel >> shift & 255) / 255.0;
-        return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    };
-    return {channel(16), channel(8), channel(0)};
+    static const std::array<double, 256> shares = LinearShares();
+    return {shares[pixel >> 16 & 255], shares[pixel >> 8 & 255], shares[pixel & 255]};
 }
 
 double Luminance(const Colour& c)
@@ -80,8 +92,9 @@ double Ratio(double a, double b)
     return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
-void Area(const Picture& picture, int left, int top, int right, int bottom,
-          const std::function<void(size_t at)>& visit)
+// Calls `visit` with the index of each pixel of the area that lies in the picture.
+template <class Visit>
+void Area(const Picture& picture, int left, int top, int right, int bottom, const Visit& visit)
 {
     for (int y = std::max(0, top); y < std::min(picture.height, bottom); ++y)
         for (int x = std::max(0, left); x < std::min(picture.width, right); ++x)
@@ -110,64 +123,149 @@ struct Worst {
 const std::vector<std::pair<const char*, Object>> kThings = {
     {"box", oMonte}, {"target", oFechado}, {"target", oFechado2}, {"figure", oPlayerArrows}};
 
-// Light and clouds differ from cell to cell and drift.
-const Object kWeather[] = {oRaiosDeSol,       oChuva,           oNuvemMundo4, oNuvemMundo5,
-                           oNuvemMundo4Chuva, oNuvemMundo5Chuva};
+const Object kClouds[] = {oNuvemMundo4, oNuvemMundo5, oNuvemMundo4Chuva, oNuvemMundo5Chuva};
 
-void Hide(const Stage& stage, Object object)
+struct Place {
+    int x, y;  // pixels, upper left corner of a cell
+};
+
+std::string Name(const std::string& room, const char* what, const Eyes& eyes, Place at)
 {
-    for (int i = 0; i < stage.count(object); ++i) stage.find(object, i)->visible = false;
+    return room + " " + what + " " + eyes.name + " at " + std::to_string(at.x) + "," +
+           std::to_string(at.y);
 }
 
-// Each thing by the pixels that it covers, against the same pixels of the bare ground.
-void JudgeThings(Stage& stage, const Picture& full, const Picture& bare, const std::string& room,
-                 Worst& worst, Ground& ground)
-{
-    for (const auto& [name, object] : kThings) {
-        for (int i = 0; i < stage.count(object); ++i) {
-            const CInstance* thing = stage.find(object, i);
-            const int x = static_cast<int>(thing->x), y = static_cast<int>(thing->y);
-            for (const Eyes& eyes : kEyes) {
-                Mean shown, under;
-                Area(full, x, y, x + kCellSize, y + kCellSize, [&](size_t at) {
-                    if (!Differs(full.pixels[at], bare.pixels[at])) return;
-                    shown.Add(Seen(eyes, full.pixels[at]));
-                    under.Add(Seen(eyes, bare.pixels[at]));
-                });
-                if (shown.count < kFewPixels) continue;
-                ground[static_cast<size_t>(&eyes - kEyes)].Add(under.Value());
-                worst.Take(Ratio(shown.Value(), under.Value()),
-                           room + " " + name + " " + eyes.name + " at " + std::to_string(x) + "," +
-                               std::to_string(y));
-            }
+// One level as a player sees it, with and without the things, under one weather.
+class Level {
+public:
+    Level(Stage& stage, const std::string& room) : stage_(stage), room_(room)
+    {
+        for (const auto& [name, object] : kThings)
+            for (int i = 0; i < stage.count(object); ++i)
+                things_.push_back({name, stage.find(object, i)});
+        for (int i = 0; i < stage.count(oWall); ++i) {
+            const CInstance* wall = stage.find(oWall, i);
+            if (wall->object_index == oWall.index) AddWall(wall);  // no box
         }
     }
-}
 
-// The middle of each wall cell against the ground of the field.
-void JudgeWalls(Stage& stage, const Picture& bare, const std::string& room, const Ground& ground,
-                Worst& worst)
-{
-    constexpr int rim = 8;  // pixels of a cell that its neighbours share
-    for (int i = 0; i < stage.count(oWall); ++i) {
-        const CInstance* wall = stage.find(oWall, i);
-        if (wall->object_index != oWall.index) continue;  // a box
+    // The weather as the stage has it, over the whole room.
+    void Judge(Worst& things, Worst& walls)
+    {
+        Shoot(true);
+        Ground ground;
+        for (const Thing& thing : things_) JudgeThing(thing, ground, things);
+        for (const Place wall : walls_) JudgeWall(wall, ground, walls);
+    }
+
+    // The thickest cloud over each cell in turn.
+    void JudgeUnder(CInstance* cloud, Worst& things, Worst& walls)
+    {
+        Ground ground;
+        for (const Thing& thing : things_) {
+            Move(cloud, {static_cast<int>(thing.instance->x), static_cast<int>(thing.instance->y)});
+            Shoot(true);
+            JudgeThing(thing, ground, things);
+        }
+        for (const Place wall : walls_) {
+            Move(cloud, wall);
+            Shoot(false);
+            JudgeWall(wall, ground, walls);
+        }
+    }
+
+private:
+    struct Thing {
+        const char* name;
+        CInstance* instance;
+    };
+
+    void AddWall(const CInstance* wall)
+    {
         const int columns = static_cast<int>(wall->image_xscale);
         const int rows = static_cast<int>(wall->image_yscale);
         for (int cell = 0; cell < columns * rows; ++cell) {
-            const int x = static_cast<int>(wall->x) + cell % columns * kCellSize;
-            const int y = static_cast<int>(wall->y) + cell / columns * kCellSize;
-            if (x + kCellSize > bare.width || y < 0 || y + kCellSize > bare.height) continue;
-            for (const Eyes& eyes : kEyes) {
-                Mean shown;
-                Area(bare, x + rim, y + rim, x + kCellSize - rim, y + kCellSize - rim,
-                     [&](size_t at) { shown.Add(Seen(eyes, bare.pixels[at])); });
-                worst.Take(Ratio(shown.Value(), ground[static_cast<size_t>(&eyes - kEyes)].Value()),
-                           room + " wall " + eyes.name + " at " + std::to_string(x) + "," +
-                               std::to_string(y));
-            }
+            const Place at = {static_cast<int>(wall->x) + cell % columns * kCellSize,
+                              static_cast<int>(wall->y) + cell / columns * kCellSize};
+            if (at.x + kCellSize <= kWidth && at.y >= 0 && at.y + kCellSize <= kHeight)
+                walls_.push_back(at);
         }
     }
+
+    static void Move(CInstance* cloud, Place cell)
+    {
+        cloud->SetPosition(static_cast<float>(cell.x + kCellSize / 2),
+                           static_cast<float>(cell.y + kCellSize / 2));
+    }
+
+    void Shoot(bool withThings)
+    {
+        if (withThings) {
+            stage_.frames(1);
+            full_ = stage_.picture();
+        }
+        for (const Thing& thing : things_) thing.instance->visible = false;
+        stage_.frames(1);
+        bare_ = stage_.picture();
+        for (const Thing& thing : things_) thing.instance->visible = true;
+    }
+
+    // By the pixels that the thing covers, against the same pixels of the bare ground.
+    void JudgeThing(const Thing& thing, Ground& ground, Worst& worst) const
+    {
+        const Place at = {static_cast<int>(thing.instance->x), static_cast<int>(thing.instance->y)};
+        for (const Eyes& eyes : kEyes) {
+            Mean shown, under;
+            Area(full_, at.x, at.y, at.x + kCellSize, at.y + kCellSize, [&](size_t pixel) {
+                if (!Differs(full_.pixels[pixel], bare_.pixels[pixel])) return;
+                shown.Add(Seen(eyes, full_.pixels[pixel]));
+                under.Add(Seen(eyes, bare_.pixels[pixel]));
+            });
+            if (shown.count < kFewPixels) continue;
+            ground[static_cast<size_t>(&eyes - kEyes)].Add(under.Value());
+            worst.Take(Ratio(shown.Value(), under.Value()), Name(room_, thing.name, eyes, at));
+        }
+    }
+
+    // The middle of a wall cell against the ground of the field.
+    void JudgeWall(Place at, const Ground& ground, Worst& worst) const
+    {
+        constexpr int rim = 8;  // pixels of a cell that its neighbours share
+        for (const Eyes& eyes : kEyes) {
+            Mean shown;
+            Area(bare_, at.x + rim, at.y + rim, at.x + kCellSize - rim, at.y + kCellSize - rim,
+                 [&](size_t pixel) { shown.Add(Seen(eyes, bare_.pixels[pixel])); });
+            worst.Take(Ratio(shown.Value(), ground[static_cast<size_t>(&eyes - kEyes)].Value()),
+                       Name(room_, "wall", eyes, at));
+        }
+    }
+
+    static constexpr int kWidth = 854, kHeight = 480;
+    Stage& stage_;
+    std::string room_;
+    std::vector<Thing> things_;
+    std::vector<Place> walls_;
+    Picture full_, bare_;
+};
+
+void Show(const Stage& stage, Object object, bool shown)
+{
+    for (int i = 0; i < stage.count(object); ++i) stage.find(object, i)->visible = shown;
+}
+
+// Rain at its most, standing still, so that two pictures have the same drops.
+void LetItRain(Stage& stage)
+{
+    CParticleSystem* drops = nullptr;
+    stage.frames(1);
+    for (int i = 0; CParticleSystem* system = ParticleSystem_Data(i); ++i)
+        if (system->depth < 0) drops = system;
+    ASSERT_NE(drops, nullptr);
+    g_DrawEnabled = false;
+    stage.frames(100);
+    g_DrawEnabled = true;
+    EXPECT_GE(drops->count, 475);
+    drops->automaticUpdate = false;
 }
 
 }  // namespace
@@ -181,24 +279,68 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     for (int number = 1; number <= 100; ++number) {
         const std::string room = "room_level" + std::to_string(number);
         stage.room(room).frames(1);
-        if (!stage.find(oMonte)) continue;  // not drawn yet
-        ++levels;
+        if (stage.find(oMonte)) ++levels;
         calls = std::max(calls, static_cast<int>(g_GraphicsStats.drawCalls));
-        for (const Object weather : kWeather) Hide(stage, weather);
-        stage.frames(1);
-        const Picture full = stage.picture();
-        for (const auto& [name, object] : kThings) Hide(stage, object);
-        stage.frames(1);
-        const Picture bare = stage.picture();
-        Ground ground;
-        JudgeThings(stage, full, bare, room, things, ground);
-        JudgeWalls(stage, bare, room, ground, walls);
+        for (const Object cloud : kClouds) Show(stage, cloud, false);
+        for (const Object light : {oRaiosDeSol, oChuva}) Show(stage, light, false);
+        Level(stage, room).Judge(things, walls);
     }
-    EXPECT_GE(levels, 2);
+    EXPECT_EQ(levels, 100);
     EXPECT_GE(things.ratio, kContrast) << things.where;
     EXPECT_GE(walls.ratio, kContrast) << walls.where;
-    EXPECT_LE(calls, 40) << "draw calls of the busiest level";
+    EXPECT_LE(calls, kFewCalls) << "draw calls of the busiest level";
     RecordProperty("calls", calls);
+    RecordProperty("things", things.where + " " + std::to_string(things.ratio));
+    RecordProperty("walls", walls.where + " " + std::to_string(walls.ratio));
+}
+
+// Rays at several of their pictures, rain with its brightest flash, and the thickest
+// cloud over each cell in turn, through the rain where there is some.
+TEST(Readable, ThingsStandOutUnderEveryWeather)
+{
+    Worst things, walls;
+    int rays = 0, rains = 0, clouds = 0, calls = 0;
+    Stage stage;
+    playerMode = "onePlayer";
+    for (int number = 1; number <= 100; ++number) {
+        const std::string room = "room_level" + std::to_string(number);
+        stage.room(room).frames(1);
+        CInstance* cloud = nullptr;
+        for (const Object kind : kClouds) {
+            Show(stage, kind, false);
+            if (CInstance* one = stage.find(kind)) cloud = one;
+        }
+        Level level(stage, room);
+        if (CInstance* light = stage.find(oRaiosDeSol)) {
+            ++rays;
+            light->image_speed = 0;
+            for (int picture = 0; picture < 8; picture += 2) {
+                light->image_index = static_cast<float>(picture);
+                level.Judge(things, walls);
+            }
+        }
+        if (CInstance* rain = stage.find(oChuva)) {
+            ++rains;
+            LetItRain(stage);
+            rain->alarm[0] = -1;
+            rain->image_speed = 0;
+            rain->image_index = kBrightest;
+            level.Judge(things, walls);
+            calls = std::max(calls, static_cast<int>(g_GraphicsStats.drawCalls));
+        }
+        if (!cloud) continue;
+        ++clouds;
+        cloud->visible = true;
+        cloud->hspeed = 0;
+        cloud->image_xscale = cloud->image_yscale = cloud->image_alpha = 1;
+        level.JudgeUnder(cloud, things, walls);
+    }
+    EXPECT_LE(calls, kFewCalls) << "under 480 drops and a flash";
+    EXPECT_EQ(rays, 80);
+    EXPECT_EQ(rains, 20);
+    EXPECT_EQ(clouds, 40);
+    EXPECT_GE(things.ratio, kInWeather) << things.where;
+    EXPECT_GE(walls.ratio, kInWeather) << walls.where;
     RecordProperty("things", things.where + " " + std::to_string(things.ratio));
     RecordProperty("walls", walls.where + " " + std::to_string(walls.ratio));
 }

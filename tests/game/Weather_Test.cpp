@@ -2,13 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <set>
 
+#include "Builtins.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Particle/Particle_Main.h"
 #include "Files/Room/Room_Main.h"
+#include "Files/Run/Run_State.h"
+#include "Files/Sprite/CSprite.h"
 #include "Names.h"
 #include "Platform/MemoryManager.h"
 #include "tests/support/Stage.h"
@@ -48,17 +53,27 @@ TEST(Weather, RainFillsTheRoomInNinetySixStepsAndStartsAnew)
     EXPECT_LE(Drops(), 5);
 }
 
+// All instances rest, as the pause has it; the drops are no instances.
 TEST(Weather, UnderAPauseTheLastDropsFall)
 {
     Stage stage;
     stage.room(kRainy).frames(120);
-    Instance_Deactivate(stage.find(oChuva));
+    CInstance* screen = Room_CreateInstance(0, 0, oSeta.index);  // for the pause's own
+    instance_deactivate_all(screen, true);
     stage.frames(1);
-    for (int left = Drops(); left > 0; left -= 5) {
+    EXPECT_EQ(stage.find(oChuva), nullptr);
+    int frames = 0;
+    for (int left = Drops(); left > 0; left -= 5, ++frames) {
         EXPECT_EQ(Drops(), left);
         stage.frames(1);
     }
+    EXPECT_LE(frames, 96);
     EXPECT_EQ(Drops(), 0);
+    // It rains on when the game does.
+    instance_activate_all();
+    stage.frames(3);
+    EXPECT_NE(stage.find(oChuva), nullptr);
+    EXPECT_GT(Drops(), 0);
 }
 
 TEST(Weather, ARainyFrameAllocatesNothing)
@@ -70,42 +85,100 @@ TEST(Weather, ARainyFrameAllocatesNothing)
     EXPECT_EQ(MemoryManager::GetStats().calls, before);
 }
 
-double Luminance(const Picture& picture)  // 0 to 1, of the whole picture
+// Mean of the whole picture, 0 to 1, by the sRGB standard.
+double Luminance(const Picture& picture)
 {
+    static const auto shares = [] {
+        std::array<double, 256> made;
+        for (size_t i = 0; i < made.size(); ++i) {
+            const double v = static_cast<double>(i) / 255;
+            made[i] = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+        }
+        return made;
+    }();
     double sum = 0;
     for (const uint32_t pixel : picture.pixels)
-        sum +=
-            0.2126 * (pixel >> 16 & 0xFF) + 0.7152 * (pixel >> 8 & 0xFF) + 0.0722 * (pixel & 0xFF);
-    return sum / 255 / static_cast<double>(picture.pixels.size());
+        sum += 0.2126 * shares[pixel >> 16 & 0xFF] + 0.7152 * shares[pixel >> 8 & 0xFF] +
+               0.0722 * shares[pixel & 0xFF];
+    return sum / static_cast<double>(picture.pixels.size());
 }
 
-TEST(Weather, AFlashIsSoftAndRare)
+std::vector<std::string> RainyRooms()
+{
+    std::vector<std::string> rooms = {"room_menu8"};
+    for (const int level :
+         {10, 20, 23, 27, 30, 34, 40, 71, 72, 73, 74, 75, 76, 77, 78, 79, 80, 90, 98, 99})
+        rooms.push_back("room_level" + std::to_string(level));
+    return rooms;
+}
+
+// The flash plays at 0.5 to 1 pictures a frame: a picture follows itself, the one before
+// it or, where a screen leaves one out, the one before that. No such step changes the
+// whole screen by more than a tenth, of white and of what it was.
+TEST(Weather, AFlashBrightensSoftlyInEveryRainyRoom)
 {
     Stage stage;
-    stage.room(kRainy).frames(1);
-    CInstance* rain = stage.find(oChuva);
-    double before = -1;
-    int flashes = 0, last = -100;
-    for (int frame = 0; frame < 300; ++frame) {
-        const bool dark = rain->image_speed == 0;
-        stage.frames(1);
-        if (dark && rain->image_speed > 0) {
-            ++flashes;
-            EXPECT_GE(frame - last, 30) << "at most one a second";
-            last = frame;
+    double highest = 0;
+    for (const std::string& room : RainyRooms()) {
+        stage.room(room).frames(1);
+        CInstance* rain = stage.find(oChuva);
+        ASSERT_NE(rain, nullptr) << room;
+        rain->alarm[0] = -1;
+        rain->image_speed = 0;
+        std::vector<double> steps;
+        const int pictures = Sprite_Data(rain->sprite_index)->frameCount;
+        for (int picture = 0; picture <= pictures; ++picture) {
+            rain->image_index = static_cast<float>(picture % pictures);
+            stage.frames(1);
+            steps.push_back(Luminance(stage.picture()));
         }
-        if (frame - last > 14) {
-            before = -1;
-            continue;  // nothing flashes: the pictures need no look
-        }
-        const double now = Luminance(stage.picture());
-        if (before >= 0) {
-            EXPECT_LE(std::fabs(now - before), 0.1) << frame;
-        }
-        before = now;
+        EXPECT_NEAR(steps.front(), steps.back(), 0.002) << room << " ends as dark as it began";
+        EXPECT_GT(*std::max_element(steps.begin(), steps.end()), steps[0] * 1.005) << room;
+        for (size_t i = 1; i < steps.size(); ++i)
+            for (size_t back = 1; back <= std::min<size_t>(i, 2); ++back) {
+                const double from = steps[i - back], change = std::fabs(steps[i] - from);
+                EXPECT_LE(change, 0.1 * std::min(from, steps[i])) << room << " picture " << i;
+                highest = std::max(highest, change / std::min(from, steps[i]));
+            }
     }
-    EXPECT_GE(flashes, 1);
-    EXPECT_LE(flashes, 9);
+    RecordProperty("highest", std::to_string(highest));
+}
+
+// A second passes between any two, so there are never more than two in one, and a flash
+// is over long before the next.
+TEST(Weather, FlashesAreOneToSixSecondsApart)
+{
+    Stage stage;
+    std::set<int> gaps, speeds, lengths;
+    g_DrawEnabled = false;
+    for (int run = 0; run < 20; ++run) {
+        stage.room("room_level1").frames(run).room(kRainy);
+        const CInstance* rain = stage.find(oChuva);
+        int last = 0;
+        bool first = true;
+        for (int frame = 1; frame < 700; ++frame) {
+            const bool dark = rain->image_speed == 0;
+            stage.frames(1);
+            if (dark && rain->image_speed > 0) {
+                if (first)
+                    EXPECT_TRUE(frame >= 28 && frame <= 121) << frame;
+                else
+                    gaps.insert(frame - last);
+                first = false;
+                last = frame;
+                speeds.insert(static_cast<int>(std::lround(rain->image_speed * 10)));
+            } else if (!dark && rain->image_speed == 0) {
+                lengths.insert(frame - last);
+                EXPECT_EQ(rain->image_index, 0);
+            }
+        }
+    }
+    g_DrawEnabled = true;
+    EXPECT_GE(gaps.size(), 30U) << "they come when they like";
+    EXPECT_GE(*gaps.begin(), 30);
+    EXPECT_LE(*gaps.rbegin(), 180);
+    EXPECT_EQ(speeds, (std::set<int>{5, 6, 7, 8, 9, 10}));
+    EXPECT_LE(*lengths.rbegin(), 13);
 }
 
 TEST(Weather, CloudsTurnAtTheEdgesOfTheRoom)
