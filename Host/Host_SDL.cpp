@@ -375,6 +375,7 @@ const HostWindowTable kWindowTable = {
 void Host_UseSDL()
 {
     g_HostPads = sdl::kPadTable;
+    g_HostAudio = sdl::kAudioTable;
     g_Host = Host{
         .name = "desktop",
         .headlessWindow = false,

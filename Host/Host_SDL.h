@@ -4,6 +4,7 @@
 #include <SDL.h>
 
 #include "Host/Host.h"
+#include "Host/Host_Audio.h"
 #include "Host/Host_Pads.h"
 
 namespace sdl {
@@ -23,6 +24,7 @@ extern Window g_window;
 extern const HostWindowTable kWindowTable;
 extern const HostDialogTable kDialogTable;
 extern const HostPadTable kPadTable;
+extern const HostAudioTable kAudioTable;
 
 // ---- pixels and points. SDL counts sizes and places in points, of which a sharp desktop
 // has fewer than pixels; the runtime counts in pixels throughout.

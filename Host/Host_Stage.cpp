@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Host/Host_Keyboard.h"
+#include "Host/Host_Stage_Audio.h"
 #include "Host/Host_Stage_Pads.h"
 #include "Host/Posix_Files.h"
 
@@ -253,6 +254,7 @@ void Host_UseStage()
 {
     S();
     g_HostPads = kStagePads;
+    g_HostAudio = kStageAudio;
     g_Host = Host{"stage", true, kWindow, kClock, kFiles, kDialogs, kProcess};
 }
 
@@ -261,12 +263,14 @@ void Stage_Reset()
     VxDelete(g_stage);
     g_stage = nullptr;
     Stage_ResetPads();
+    Stage_ResetAudio();
     S();
 }
 
 void Stage_Quit()
 {
     Stage_ResetPads();
+    Stage_ResetAudio();
     VxDelete(g_stage);
     g_stage = nullptr;
 }

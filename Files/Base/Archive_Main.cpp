@@ -206,7 +206,7 @@ constexpr ChunkHandler kHandlers[] = {
     {ArchiveTag("SOND"),
      [](const LoadChunk& chunk) { return Audio_Load(chunk.body, chunk.size, chunk.base); }},
     {ArchiveTag("AUDO"),
-     [](const LoadChunk& chunk) { return Audio_LoadWaves(chunk.body, chunk.size, chunk.base); }},
+     [](const LoadChunk& chunk) { return Audio_WAVs(chunk.body, chunk.size, chunk.base); }},
     {ArchiveTag("SPRT"),
      [](const LoadChunk& chunk) { return Sprite_Load(chunk.body, chunk.size, chunk.base); }},
     {ArchiveTag("BGND"),
@@ -257,7 +257,7 @@ bool LoadOneChunk(uint32_t tag, const LoadChunk& chunk)
 
 void InitModules()
 {
-    Audio_Init();
+    Audio_InitLists();
     Sprite_Init();
     Background_Init();
     Path_Init();

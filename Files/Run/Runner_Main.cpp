@@ -90,6 +90,7 @@ void PostQuit()
 void Shutdown()
 {
     IO_Quit();
+    Audio_QuitHardware();
 }
 
 void Finish()

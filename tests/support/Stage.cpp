@@ -20,6 +20,7 @@
 #include "Files/Room/Room_Main.h"
 #include "Files/Run/Run_Modules.h"
 #include "Files/Variable/Variable_BuiltIn.h"
+#include "Host/Host_Audio.h"
 #include "Host/Host_Stage.h"
 #include "Host/Host_Stage_Pads.h"
 #include "game/Attachment.h"
@@ -59,8 +60,10 @@ void UseWindow(double pace)
 {
     const Host stage = g_Host;
     const HostPadTable pads = g_HostPads;
+    const HostAudioTable audio = g_HostAudio;
     Host_UseSDL();
     g_HostPads = pads;
+    g_HostAudio = audio;
     const HostWindowTable window = g_Host.window;
     g_Host = stage;
     g_Host.window = window;
@@ -73,7 +76,11 @@ void UseWindow(double pace)
 void UseThreads()
 {
     const Host stage = g_Host;
+    const HostPadTable pads = g_HostPads;
+    const HostAudioTable audio = g_HostAudio;
     Host_UseSDL();
+    g_HostPads = pads;
+    g_HostAudio = audio;
     const HostProcessTable process = g_Host.process;
     g_Host = stage;
     g_Host.process = process;

@@ -354,13 +354,13 @@ TEST_F(ArchiveLoad, SoundsTakeTheirMarksAndWaves)
     for (int i = 0; i < 6; ++i) {
         const AudioSound* sound = Audio_Data(i);
         ASSERT_NE(sound, nullptr);
-        EXPECT_EQ(sound->mark1, marks[i][0]) << i;
-        EXPECT_EQ(sound->mark2, marks[i][1]) << i;
-        EXPECT_EQ(sound->mark3, marks[i][2]) << i;
+        EXPECT_EQ(sound->streamed, marks[i][0]) << i;
+        EXPECT_EQ(sound->compressed, marks[i][1]) << i;
+        EXPECT_EQ(sound->decode_on_load, marks[i][2]) << i;
     }
-    EXPECT_EQ(Audio_Data(1)->waveSize, 5U);
-    EXPECT_EQ(std::memcmp(Audio_Data(1)->wave, "RIFF2", 5), 0);
-    EXPECT_EQ(Audio_Data(2)->wave, nullptr) << "there is no wave 7";
+    EXPECT_EQ(Audio_Data(1)->dataSize, 5U);
+    EXPECT_EQ(std::memcmp(Audio_Data(1)->data, "RIFF2", 5), 0);
+    EXPECT_EQ(Audio_Data(2)->data, nullptr) << "there is no wave 7";
     EXPECT_EQ(Audio_Data(6), nullptr);
     EXPECT_EQ(Audio_Find("x101"), 1);
 }
