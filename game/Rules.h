@@ -35,6 +35,7 @@ enum Key : int32_t {
     keyDown = 40,
     keyA = 'A',
     keyD = 'D',
+    keyH = 'H',
     keyS = 'S',
     keyT = 'T',
     keyU = 'U',

@@ -1,6 +1,6 @@
 #include "game/TouchKeys.h"
 
-#include "game/Rules.h"
+#include "game/Figure.h"
 
 namespace {
 
@@ -12,6 +12,11 @@ struct TouchKey {
     Key key;
 };
 
+constexpr TouchKey levelKeys[] = {
+    {key_left, 10, -150, keyA},    {key_right, 150, -150, keyD}, {key_up, 80, -220, keyW},
+    {key_down, 80, -80, keyS},     {touch_t, -75, 95, keyT},     {key_p, 10, 95, keyP},
+    {key_enter, -75, 5, keyEnter},
+};
 constexpr TouchKey playerTwoKeys[] = {
     {key_leftTwo, -220, -150, keyLeft},
     {key_rightTwo, -80, -150, keyRight},
@@ -19,26 +24,82 @@ constexpr TouchKey playerTwoKeys[] = {
     {key_downTwo, -150, -80, keyDown},
 };
 
-constexpr Global levelKeys[] = {key_left, key_right, key_up, key_down, touch_t, key_p, key_enter};
+// In the upper left corner of every level, with touch controls or without.
+constexpr TouchKey touchSwitch = {key_control, 10, 15, keyH};
+constexpr TouchKey modeButton = {key_p, 10, 15, keyP};
+
+// GUI pixels from the left or upper side.
+double from_side(double place, double length)
+{
+    return place < 0 ? length + place : place;
+}
+
+void add(const TouchKey& touch)
+{
+    touch.handle =
+        virtual_key_add(from_side(touch.x, display_get_gui_width()),
+                        from_side(touch.y, display_get_gui_height()), size, size, touch.key);
+}
+
+// Some of them may not be there.
+void remove(const TouchKey& touch)
+{
+    if (touch.handle == 0) return;
+    virtual_key_delete(touch.handle);
+    touch.handle = 0;
+}
+
+void add_touch_keys()
+{
+    for (const TouchKey& touch : levelKeys) add(touch);
+    if (playerMode == "twoPlayersOne") add_touch_keys_of_player_two();
+}
 
 }  // namespace
 
 void add_touch_keys_of_player_two()
 {
-    const double width = display_get_gui_width(), height = display_get_gui_height();
-    for (const TouchKey& touch : playerTwoKeys)
-        touch.handle =
-            virtual_key_add(touch.x < 0 ? width + touch.x : touch.x,
-                            touch.y < 0 ? height + touch.y : touch.y, size, size, touch.key);
+    for (const TouchKey& touch : playerTwoKeys) add(touch);
 }
 
 void delete_touch_keys_of_player_two()
 {
-    for (const TouchKey& touch : playerTwoKeys) virtual_key_delete(touch.handle);
+    for (const TouchKey& touch : playerTwoKeys) remove(touch);
 }
 
 void delete_touch_keys()
 {
-    for (const Global handle : levelKeys) virtual_key_delete(handle);
-    if (playerMode == "twoPlayersOne") delete_touch_keys_of_player_two();
+    for (const TouchKey& touch : levelKeys) remove(touch);
+    delete_touch_keys_of_player_two();
+}
+
+void vxl_Object_oControl_Create(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    display_set_gui_size(view_wview[0], view_hview[0]);
+    // Those of the room before went with it.
+    for (const TouchKey& touch : levelKeys) touch.handle = 0;
+    for (const TouchKey& touch : playerTwoKeys) touch.handle = 0;
+    add(on_touch_platform() ? touchSwitch : modeButton);
+    if (touchControls) add_touch_keys();
+    for (const Figure& figure : {playerOne, playerTwo}) {
+        for (const InstanceVar key : figure.shownKeys) self->var(key) = 0;
+        self->var(figure.shownUndo) = 0;
+    }
+    for (const InstanceVar shown : {s_control, s_t, s_p, s_enter}) self->var(shown) = 0;
+}
+
+// The player of a touch screen turns its buttons on or off.
+void vxl_Object_oPlayerArrows_KeyPress_H(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    if (!on_touch_platform()) return;
+    touchControls = touchControls ? 0 : 1;
+    if (touchControls)
+        add_touch_keys();
+    else
+        delete_touch_keys();
+    ini_open("SaveGame.sav");
+    ini_write_string("preferencias", "touch", touchControls ? "true" : "false");
+    ini_close();
 }
