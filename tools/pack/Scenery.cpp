@@ -115,13 +115,15 @@ private:
         return (goesOn ? 1 : 2) + (below ? 2 : 0);
     }
 
-    // Below a shore, then where most of it touches water, so that ponds are broad.
+    // Below a shore, then where most of it touches water, so that ponds are broad and grow
+    // downward.
     int RankWater(int column, int row) const
     {
         if (site_.At(column, row).kept) return 0;
         if (!site_.Free(column, row)) return kNowhere;
         const int touched = site_.At(column, row - 1).water + site_.At(column - 1, row).water +
-                            site_.At(column + 1, row).water + site_.At(column, row + 1).water;
+                            site_.At(column + 1, row).water;
+        if (site_.At(column, row + 1).water) return 5;
         if (touched > 0) return touched > 1 ? 1 : 2;
         return site_.Free(column + 1, row) && site_.Free(column, row + 1) ? 3 : 4;
     }
@@ -374,27 +376,31 @@ std::vector<std::string> Scenery_Place(const Tables& tables, const std::vector<S
     return shortages;
 }
 
-std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt)
+std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt,
+                                       bool crowns)
 {
-    // Of a tall one no more than the upper third is cut off, of any one a sliver is not
-    // worth a tile.
+    // Of a tall one no more than the upper third is cut off, and only of one with a crown;
+    // of any one a sliver is not worth a tile.
     constexpr int kColumns = CellsIn(kRoomWidth), kRows = CellsIn(kRoomHeight);
     constexpr int kFirstRow = -kMapTop / kCell;
-    const int columnsSeen = kColumns + columns - 2, rowsSeen = kRows + 3 - rows;
+    const int columnsSeen = kColumns + columns - 2, above = crowns || rows < 3 ? 1 : 0;
+    const int rowsSeen = kRows + 2 - rows + above;
     std::vector<PiecePlace> found;
     for (int i = 0; i < kPieceTries && static_cast<int>(found.size()) < most; ++i) {
         const uint32_t number = Scatter(site.Seed(), i, 0, salt);
         const int column =
             static_cast<int>(number % static_cast<uint32_t>(columnsSeen)) + 1 - columns;
         const int row =
-            static_cast<int>(number / 64 % static_cast<uint32_t>(rowsSeen)) + kFirstRow - 1;
+            static_cast<int>(number / 64 % static_cast<uint32_t>(rowsSeen)) + kFirstRow - above;
         bool free = true;
         for (int r = row; r < row + rows; ++r) {
             for (int c = column; c < column + columns; ++c) free = free && site.Free(c, r);
         }
         if (!free) continue;
-        // Only the foot is taken for now, so that crowns of one kind overlap.
-        for (int c = column; c < column + columns; ++c) site.At(c, row + rows - 1).taken = true;
+        // Of one with a crown only the foot is taken for now, so that crowns overlap.
+        for (int r = crowns ? row + rows - 1 : row; r < row + rows; ++r) {
+            for (int c = column; c < column + columns; ++c) site.At(c, r).taken = true;
+        }
         found.push_back({column, row});
     }
     for (PiecePlace at : found) {

@@ -87,11 +87,13 @@ std::vector<std::string> Scenery_Place(const Tables& tables, const std::vector<S
                                        std::vector<Site>& sites);
 
 // Where tiles of `columns` by `rows` cells may stand in front of the room, at most
-// `most`, the farthest first. Takes the cells of their feet.
+// `most`, the farthest first. Takes their cells. Those with crowns may stand one before the
+// other.
 struct PiecePlace {
     int column = 0, row = 0;  // of the upper left cell
 };
-std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt);
+std::vector<PiecePlace> Scenery_Pieces(Site& site, int columns, int rows, int most, uint32_t salt,
+                                       bool crowns);
 
 // A fixed scatter of numbers over cells: the mixing steps of MurmurHash3 (Austin
 // Appleby).

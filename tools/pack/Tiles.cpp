@@ -227,7 +227,7 @@ private:
         // Each kind in turn, so that the same two seldom stand side by side.
         uint32_t number = Scatter(level_.seed, 0, 0, salt + 1);
         for (PiecePlace at : Scenery_Pieces(site_, set->cellWidth / kCell, set->cellHeight / kCell,
-                                            std::clamp(Room(), 0, most), salt)) {
+                                            std::clamp(Room(), 0, most), salt, set->crowns)) {
             Add(*set, pieces[number++ % pieces.size()], at.column, at.row, kSceneryDepth);
         }
     }
@@ -374,6 +374,7 @@ std::vector<TileSet> TileSets_Parse(const Tables& tables, const std::vector<Row>
         row.Pair("cell", 'x', set.cellWidth, set.cellHeight);
         set.columns = row.Int("columns", 1);
         set.rows = row.Int("rows", 1);
+        set.crowns = row.Flag("crowns");
         if (row.Has("quilted")) row.Pair("quilted", ',', set.quiltedLevel, set.quiltedTiles);
         row.Done();
         const BackgroundRow& background = tables.backgrounds[static_cast<size_t>(set.background)];

@@ -20,6 +20,7 @@ struct TileSet {
     int background = -1, world = 1;
     int cellWidth = kCell, cellHeight = kCell, columns = 1, rows = 1;
     std::map<std::string, std::vector<TileCell>> cells;  // by use: ground, wall, piece...
+    bool crowns = false;                                 // pieces may stand one before the other
     int quiltedLevel = 0, quiltedTiles = 0;  // a level laid over with stitches, and its tiles
 };
 
