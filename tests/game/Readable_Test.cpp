@@ -277,13 +277,13 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     Stage stage;
     playerMode = "onePlayer";
     for (int number = 1; number <= 100; ++number) {
-        const std::string room = "room_level" + std::to_string(number);
-        stage.room(room).frames(1);
+        const std::string name = "room_level" + std::to_string(number);
+        stage.room(name).frames(1);
         if (stage.find(oMonte)) ++levels;
         calls = std::max(calls, static_cast<int>(g_GraphicsStats.drawCalls));
         for (const Object cloud : kClouds) Show(stage, cloud, false);
         for (const Object light : {oRaiosDeSol, oChuva}) Show(stage, light, false);
-        Level(stage, room).Judge(things, walls);
+        Level(stage, name).Judge(things, walls);
     }
     EXPECT_EQ(levels, 100);
     EXPECT_GE(things.ratio, kContrast) << things.where;
@@ -303,14 +303,14 @@ TEST(Readable, ThingsStandOutUnderEveryWeather)
     Stage stage;
     playerMode = "onePlayer";
     for (int number = 1; number <= 100; ++number) {
-        const std::string room = "room_level" + std::to_string(number);
-        stage.room(room).frames(1);
+        const std::string name = "room_level" + std::to_string(number);
+        stage.room(name).frames(1);
         CInstance* cloud = nullptr;
         for (const Object kind : kClouds) {
             Show(stage, kind, false);
             if (CInstance* one = stage.find(kind)) cloud = one;
         }
-        Level level(stage, room);
+        Level level(stage, name);
         if (CInstance* light = stage.find(oRaiosDeSol)) {
             ++rays;
             light->image_speed = 0;
