@@ -33,9 +33,6 @@ void vxl_Room_room_intro_Create(CInstance* self, CInstance* other)
     comeca = 1;
     if (soundOn == 1) auxiliarMusica = 1;
     if (soundOn == 0) auxiliarMusica = 0;
-
-    // UNTIL THE MUSIC STANDS: what it will set first.
-    musica = -1;
 }
 
 void vxl_Object_oFundoLogo_Create(CInstance* self, CInstance* other)

@@ -21,7 +21,6 @@ struct LevelStory {
         names::jogadorUm = "menino";
         names::jogadorDois = "menina";
         names::idioma = "ingles";
-        names::musica = -1;
         Enter(first);
     }
 

@@ -42,7 +42,6 @@ public:
         jogadorUm = "menino";
         jogadorDois = "menina";
         idioma = "ingles";
-        musica = -1;
         if (*manner.chosen)
             model_.Write({{"preferencias", {{"velocidade", std::string(manner.chosen)}}}});
     }
