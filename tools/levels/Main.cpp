@@ -22,7 +22,7 @@ constexpr char kHelp[] =
     "vexo-levels check CONTENT [FILE...]   checks levels, all of CONTENT/levels if no FILE;\n"
     "                                      prints a table, and what is wrong\n"
     "vexo-levels rate  CONTENT [FILE...]   the table with a summary of each world\n"
-    "vexo-levels solve CONTENT FILE...     fewest pushes, and the keys for them\n"
+    "vexo-levels solve CONTENT FILE...     fewest pushes, or few and a bound, and the keys\n"
     "vexo-levels make  SETTINGS [OPTION...]\n"
     "  SETTINGS       such as \"world=3 boxes=4 seed=1\", as a made level's head has them:\n"
     "                 world 1 to 5; boxes; seed; gate=2 or 3 and start=8 or 9, rows of\n"
@@ -48,19 +48,24 @@ int Solve(const pack::Tables& tables, const std::vector<std::string>& paths)
             ++unsolved;
             continue;
         }
-        const Solution solution = levels::Solve(file.board);
+        Solution solution = levels::Solve(file.board);
+        const uint32_t positions = solution.nodes;
+        const int bound = solution.bound;
+        if (solution.verdict == Verdict::gaveUp) solution = SolveHastily(file.board, 1'000'000);
         if (solution.verdict != Verdict::solved) {
             std::printf("%s: %s after %u positions, at least %d pushes\n", path.c_str(),
                         solution.verdict == Verdict::gaveUp ? "gave up" : "has no solution",
-                        solution.nodes, solution.bound);
+                        positions, bound);
             ++unsolved;
             continue;
         }
         const Pushes pushes = Tidy(file.board, solution.pushes);
         std::string keys = Keys(file.board, pushes, file.board.PlayerTwo());
         if (keys.empty()) keys = Keys(file.board, pushes);
-        std::printf("%s: %zu pushes, %zu steps, %u positions\n%s\n", path.c_str(), pushes.size(),
-                    keys.size(), solution.nodes, ShortKeys(keys).c_str());
+        std::string proof;
+        if (!solution.fewest) proof = ", not fewer than " + std::to_string(bound);
+        std::printf("%s: %zu pushes%s, %zu steps, %u positions\n%s\n", path.c_str(), pushes.size(),
+                    proof.c_str(), keys.size(), positions, ShortKeys(keys).c_str());
     }
     return unsolved ? 1 : 0;
 }

@@ -13,7 +13,9 @@
 namespace levels {
 namespace {
 
-constexpr int kProvedBoxes = 10;  // up to here the least number of pushes is proved
+constexpr int kLostOfDrawing = 4;  // cells that may miss before nobody knows it any more
+constexpr size_t kKept = 20;       // levels found that may stand in if no proof comes for one
+constexpr int kProvedBoxes = 10;   // up to here the least number of pushes is proved
 
 // Cells that grow from a first one, in a line, a block or a slant.
 Bits Cluster(Bits allowed, int count, Random& random)
@@ -91,19 +93,20 @@ public:
 
     std::optional<MadeLevel> Run()
     {
-        std::optional<MadeLevel> best;
         const bool many = settings_.boxes >= 6;  // the first one found is taken
-        for (int i = 0; i < (many ? 150 : 60) && !(many && best); ++i) {
+        for (int i = 0; i < (many ? 150 : 60) && !(many && !found_.empty()); ++i) {
             if (!LayOut()) continue;
             PullLimits limits;
             limits.seed = settings_.seed;
             limits.positions = settings_.boxes <= 5 ? 400'000 : 900'000;
             limits.uncut = settings_.boxes <= 5 ? 400'000 : 40'000;
             limits.depth = settings_.boxes <= 5 ? 250 : most_ + 12;
-            Improve(best, PullSearch(board_, limits));
+            Improve(PullSearch(board_, limits));
         }
-        if (!best || !Prove(*best)) return std::nullopt;
-        return best;
+        for (MadeLevel& level : found_) {
+            if (Prove(level)) return level;
+        }
+        return std::nullopt;
     }
 
 private:
@@ -115,6 +118,7 @@ private:
         shape.startRow = settings_.startRow;
         shape.area = 17 + 3 * settings_.boxes + random_.Below(8);
         if (settings_.area) shape.area = settings_.area;
+        shape.drawing = settings_.drawing;
         const Shape made = Shape_Make(shape, random_);
         shape_ = made.name;
         board_.floor = made.floor;
@@ -135,14 +139,15 @@ private:
         return false;
     }
 
-    // Breaks an open area with a wall on one of its middle cells; in world 3 with its like
-    // on the other side.
+    // Breaks an open area with a wall on one of its middle cells; in world 3 and in a drawing
+    // with its like on the other side.
     void PutWallInto(Cell corner)
     {
         const Cell cell = corner + kStride * random_.Between(1, 2) + random_.Between(1, 2);
         const Cell like = cell + 2 * (8 - ColumnOf(cell));
         Bits wall = Bit(cell);
-        if (settings_.world == 3 && like / kStride == cell / kStride) wall |= Bit(like);
+        const bool even = settings_.world == 3 || !settings_.drawing.empty();
+        if (even && like / kStride == cell / kStride) wall |= Bit(like);
         wall &= ~(board_.targets | Bit(board_.start) | Bit(board_.exit));
         const Bits without = board_.floor & ~wall;
         if (Reach(without, Bit(board_.start)) == without) board_.floor = without;
@@ -186,7 +191,7 @@ private:
         for (auto [bound, number] : ranked) fit.push_back(number);
     }
 
-    void Improve(std::optional<MadeLevel>& best, const PullSearch& search)
+    void Improve(const PullSearch& search)
     {
         int hard = 0;
         for (uint32_t number : Drawn(search)) {
@@ -199,13 +204,26 @@ private:
                 if (hard > 5) return;
                 continue;
             }
-            if (best && BoxChanges(level.pushes) * 2 < best->measures.changes) continue;
+            if (!found_.empty() && BoxChanges(level.pushes) * 2 < found_[0].measures.changes) {
+                continue;
+            }
             level.pushes = Tidy(level.board, level.pushes);
             Finish(level);
             if (level.keys.empty()) continue;
             if (!Refusal(level.board, level.measures, least_).empty()) continue;
-            if (!best || Worth(level) > Worth(*best)) best = level;
+            if (!settings_.drawing.empty() && level.lost > kLostOfDrawing) continue;
+            Keep(level);
         }
+    }
+
+    // Among the best so far, the best first.
+    void Keep(const MadeLevel& level)
+    {
+        const auto worse = std::find_if(found_.begin(), found_.end(), [&](const MadeLevel& other) {
+            return Worth(level) > Worth(other);
+        });
+        found_.insert(worse, level);
+        if (found_.size() > kKept) found_.pop_back();
     }
 
     // The way of a cut search is seldom the shortest. From some number of boxes on, the
@@ -257,13 +275,12 @@ private:
         Pushes better = solution.pushes;
         if (solution.verdict != Verdict::solved) {
             if (proved || solution.verdict != Verdict::gaveUp) return false;
-            better = level.pushes;
-            for (size_t window : {20u, 32u, 48u, 24u}) {
-                const Pushes polished = Polish(level.board, better, window, 20'000);
-                if (!Keys(level.board, polished, level.board.PlayerTwo()).empty()) {
-                    better = polished;
-                }
+            const Solution hasty = SolveHastily(level.board, 200'000);
+            better = Polish(level.board, level.pushes, 32, 20'000);
+            if (hasty.verdict == Verdict::solved && hasty.pushes.size() < better.size()) {
+                better = hasty.pushes;
             }
+            level.fewest = static_cast<int>(better.size()) == level.bound;
         }
         if (better.size() < level.pushes.size()) {
             level.pushes = Tidy(level.board, better);
@@ -280,6 +297,7 @@ private:
     Board board_;
     Cell second_ = kNoCell;  // player two's place
     std::string shape_;
+    std::vector<MadeLevel> found_;
 };
 
 }  // namespace
@@ -289,6 +307,7 @@ std::string MakeSettings::Text() const
     std::ostringstream text;
     text << "world=" << world << " boxes=" << boxes << " gate=" << gateRow << " start=" << startRow;
     if (area) text << " area=" << area;
+    if (!drawing.empty()) text << " drawing=" << drawing;
     text << " least=" << least << " most=" << most << " seed=" << seed;
     return text.str();
 }
@@ -309,6 +328,7 @@ MakeSettings MakeSettings::Parse(const std::string& text)
         for (auto [name, number] : numbers) {
             if (key == name) *number = static_cast<int>(value);
         }
+        if (key == "drawing") settings.drawing = word.substr(equals + 1);
         if (key == "seed") settings.seed = static_cast<uint64_t>(value);
     }
     return settings;

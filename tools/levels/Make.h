@@ -18,6 +18,7 @@ struct MakeSettings {
     int area = 0;                   // floor cells, about; 0 for what suits the boxes
     int least = 0, most = 0;        // pushes; 0 for what suits the number of boxes
     uint64_t seed = 1;
+    std::string drawing;  // of world 5, by its name; empty for any
 
     // "world=1 boxes=3 gate=2 start=9 least=20 most=60 seed=1", and back. Words that are
     // none of these are passed over.

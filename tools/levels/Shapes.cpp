@@ -216,7 +216,7 @@ Shape Shape_Make(const ShapeSettings& settings, Random& random)
             shape = Patch(settings, random);
             break;
         default:
-            shape = Shape_Drawing(settings.area, random);
+            shape = Shape_Drawing(settings.drawing, settings.area, random);
             break;
     }
     // Rows above a low gate are the corridor's.

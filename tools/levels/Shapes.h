@@ -18,6 +18,7 @@ namespace levels {
 struct ShapeSettings {
     int world = 1, area = 30;  // area: cells, roughly
     int gateRow = 2, startRow = 9;
+    std::string drawing;  // of world 5, by its name; empty for any
 };
 
 struct Shape {
@@ -28,8 +29,8 @@ struct Shape {
 // Empty floor when this throw of the dice gave none.
 Shape Shape_Make(const ShapeSettings& settings, Random& random);
 
-// One of the drawings of world 5, seven rows high, its middle in the gate's column; for an
-// area that no drawing has, a creature by chance.
-Shape Shape_Drawing(int area, Random& random);
+// One of the drawings of world 5, seven rows high, its middle in the gate's column: the
+// one of a name, or one by chance. For an area that no drawing has, a creature by chance.
+Shape Shape_Drawing(const std::string& name, int area, Random& random);
 
 }  // namespace levels

@@ -4,6 +4,7 @@
 
 #include "tools/levels/Deadlock.h"
 #include "tools/levels/Matching.h"
+#include "tools/levels/Packing.h"
 #include "tools/levels/Position_Table.h"
 
 namespace levels {
@@ -47,12 +48,13 @@ private:
 class Search {
 public:
     Search(const Board& board, const SolveLimits& limits)
-        : board_(board), limits_(limits), distances_(board)
+        : board_(board), limits_(limits), distances_(board), packing_(board)
     {
         // With all targets covered the rest of the floor must hang together, or the order
         // of pushes can decide between won and lost.
         const Bits rest = board.floor & ~board.targets;
-        corrals_ = Has(rest, board.exit) && Reach(rest, Bit(board.exit)) == rest;
+        corrals_ = limits.corrals && Has(rest, board.exit) && Reach(rest, Bit(board.exit)) == rest;
+        packs_ = limits.packing && limits.weight > 1 && Count(board.boxes) >= kPackedBoxes;
     }
 
     Solution Run()
@@ -69,7 +71,7 @@ public:
         }
         Reached(board_.boxes, Bit(board_.start), 0, kNone, Push{0, kUp}, bound);
         Queue::Entry entry;
-        for (int estimate = 0; queue_.Take(entry, estimate);) {
+        for (int estimate = 0; Take(entry, estimate);) {
             if (limits_.weight == 1) result.bound = std::max(result.bound, estimate);
             Node& node = nodes_[entry.node];
             if (node.closed || node.pushes != entry.pushes) continue;
@@ -96,6 +98,8 @@ public:
 
 private:
     static constexpr uint32_t kNone = ~0u;
+    static constexpr int kParts = 8;         // of the floor; more count as so many
+    static constexpr int kPackedBoxes = 12;  // from here on packing is worth its time
 
     struct Node {
         uint32_t before;
@@ -131,7 +135,32 @@ private:
                           static_cast<uint8_t>(push.direction),
                           static_cast<uint8_t>(First(figure)),
                           false};
-        queue_.Put(pushes + limits_.weight * left, left, {number, pushes});
+        const size_t group = packs_ ? Group(boxes) : 0;
+        if (groups_.size() <= group) groups_.resize(group + 1);
+        groups_[group].Put(pushes + limits_.weight * left, left, {number, pushes});
+    }
+
+    // The next open position, one of each group in turn.
+    bool Take(Queue::Entry& entry, int& estimate)
+    {
+        for (size_t tried = 0; tried < groups_.size(); ++tried) {
+            turn_ = turn_ + 1 < groups_.size() ? turn_ + 1 : 0;
+            if (groups_[turn_].Take(entry, estimate)) return true;
+        }
+        return false;
+    }
+
+    // Positions are of one group that are as far with packing and have the floor in as many
+    // parts: taken in turn, those who pack well get on without the others being left.
+    size_t Group(Bits boxes)
+    {
+        const Bits filled = boxes & board_.targets;
+        const int packed = std::max(0, Count(filled) - 2 * packing_.InTheWay(filled));
+        int parts = 0;
+        for (Bits free = board_.floor & ~boxes; free; ++parts) {
+            free &= ~Reach(free, Bit(First(free)));
+        }
+        return static_cast<size_t>(packed * kParts + std::min(parts, kParts) - 1);
     }
 
     void Expand(uint32_t number)
@@ -141,10 +170,11 @@ private:
         const Bits area = Reach(free, Bit(nodes_[number].figure));
         const Bits live = distances_.Live();
         const int pushes = nodes_[number].pushes + 1;
+        const Bits movable = boxes & ~Packed(number);
         Allowed allowed{};
         for (Direction direction : kDirections) {
             Bits candidates =
-                boxes & Shift(area, direction) & Shift(free & live, Opposite(direction));
+                movable & Shift(area, direction) & Shift(free & live, Opposite(direction));
             while (candidates) {
                 const Cell box = TakeFirst(candidates), to = box + kSteps[direction];
                 const Bits next = (boxes & ~Bit(box)) | Bit(to);
@@ -165,6 +195,17 @@ private:
         }
     }
 
+    // Boxes on targets that stay, as none is in the way of another. The box pushed last may
+    // go on over its target.
+    Bits Packed(uint32_t number)
+    {
+        const Bits filled = table_.At(number).boxes & board_.targets;
+        if (!packs_ || packing_.InTheWay(filled)) return 0;
+        const Node& node = nodes_[number];
+        if (node.before == kNone) return filled;
+        return filled & ~Bit(node.box + kSteps[node.direction]);
+    }
+
     Pushes Way(uint32_t number) const
     {
         Pushes pushes;
@@ -179,10 +220,12 @@ private:
     const Board& board_;
     const SolveLimits limits_;
     const Distances distances_;
-    bool corrals_ = false;
+    Packing packing_;
+    bool corrals_ = false, packs_ = false;
     PositionTable table_;
     std::vector<Node> nodes_;  // by the table's numbers
-    Queue queue_;
+    std::vector<Queue> groups_;
+    size_t turn_ = 0;
 };
 
 }  // namespace
@@ -190,6 +233,27 @@ private:
 Solution Solve(const Board& board, const SolveLimits& limits)
 {
     return Search(board, limits).Run();
+}
+
+Solution SolveHastily(const Board& board, uint32_t nodes)
+{
+    Solution best;
+    for (int weight : {2, 3, 5}) {
+        SolveLimits limits;
+        limits.nodes = nodes;
+        limits.weight = weight;
+        Solution solution = Solve(board, limits);
+        if (solution.verdict != Verdict::solved) continue;
+        for (size_t window : {20u, 32u, 48u, 24u}) {
+            solution.pushes = Polish(board, solution.pushes, window, nodes / 10);
+        }
+        const bool shorter =
+            best.verdict != Verdict::solved || solution.pushes.size() < best.pushes.size();
+        if (shorter) best = solution;
+    }
+    best.fewest =
+        best.verdict == Verdict::solved && static_cast<int>(best.pushes.size()) == best.bound;
+    return best;
 }
 
 Pushes Polish(const Board& board, const Pushes& pushes, size_t window, uint32_t nodes)

@@ -9,7 +9,10 @@
 //     search methods using domain knowledge", 2001);
 //   dead cells, freeze deadlocks and PI-corrals (Deadlock.h);
 //   for levels that A* does not end in time, the same with a weighted bound (I. Pohl,
-//     "Heuristic search viewed as path finding in a graph", 1970).
+//     "Heuristic search viewed as path finding in a graph", 1970);
+//   from 12 boxes on such a hasty search packs goals (Packing.h), and takes the positions in
+//     turn by how far packing is and how many parts the floor has (Y. Shoham, J. Schaeffer,
+//     "The FESS algorithm: a feature based approach to single-agent search", 2020).
 //
 // Covering all targets ends the puzzle at once; it is solved if the figure then reaches
 // the gate, and lost if not.
@@ -23,6 +26,8 @@ namespace levels {
 struct SolveLimits {
     uint32_t nodes = 4'000'000;  // positions kept; about 60 bytes each
     int weight = 1;              // of the bound: 1 gives fewest pushes, more gives any soon
+    bool corrals = true;         // pruned; without, the same answer takes longer
+    bool packing = true;         // with weight and many boxes: targets are filled in order
 };
 
 enum class Verdict { solved, unsolvable, gaveUp };
@@ -36,6 +41,10 @@ struct Solution {
 };
 
 Solution Solve(const Board& board, const SolveLimits& limits = {});
+
+// The shortest of some hasty solutions, polished; `fewest` when the bound proves it so. For
+// levels that are too hard for a proof.
+Solution SolveHastily(const Board& board, uint32_t nodes);
 
 // A solution that is no longer than `pushes`: every window of so many pushes is replaced
 // by the fewest between the same two positions, as far as the search finds them soon.

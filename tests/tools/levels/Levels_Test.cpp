@@ -10,8 +10,10 @@
 #include "tests/tools/Pack_Game.h"
 #include "tools/levels/Check.h"
 #include "tools/levels/Make.h"
+#include "tools/levels/Packing.h"
 #include "tools/levels/Play.h"
 #include "tools/levels/Pulls.h"
+#include "tools/levels/Random.h"
 #include "tools/levels/Solver.h"
 
 using namespace levels;
@@ -110,6 +112,29 @@ int FewestByWalking(const Board& board)
         }
     }
     return -1;
+}
+
+// A small room by chance: pillars, boxes and targets anywhere, start below the gate.
+Board RoomByChance(Random& random)
+{
+    Board board;
+    const int columns = random.Between(4, 7), rows = random.Between(4, 6);
+    for (int row = 0; row < rows; ++row) {
+        for (int column = 0; column < columns; ++column) {
+            if (random.Chance(82)) board.floor |= Bit(CellAt(6 + column, kFirstMapRow + row));
+        }
+    }
+    board.start = board.exit = CellAt(8, kFirstMapRow);
+    board.floor = Reach(board.floor | Bit(board.exit), Bit(board.exit));
+    for (Bits* set : {&board.boxes, &board.targets}) {
+        const int count = std::min(5, Count(board.floor) / 5);
+        while (Count(*set) < count) {
+            Bits rest = board.floor & ~*set & ~Bit(board.exit);
+            for (int skip = random.Below(Count(rest)); skip > 0; --skip) TakeFirst(rest);
+            *set |= Bit(First(rest));
+        }
+    }
+    return board;
 }
 
 }  // namespace
@@ -217,6 +242,76 @@ TEST(Levels, CoveringAllTargetsWithTheGateShutOffIsNoSolution)
     const Board shut = Parsed(
         {"  ###", "  #F#", "  #G#", "  # #", "  #.#", "  #$#", " #   #", " # @ #", " #####"});
     EXPECT_EQ(Solve(shut).verdict, Verdict::unsolvable);
+}
+
+TEST(Levels, PruningCorralsLosesNoSolution)
+{
+    Random random(20);
+    uint32_t pruned = 0, plain = 0;
+    int solved = 0;
+    for (int i = 0; i < 12000; ++i) {
+        const Board board = RoomByChance(random);
+        SolveLimits all;
+        all.corrals = false;
+        const Solution one = Solve(board), other = Solve(board, all);
+        std::string map;
+        for (const std::string& line : Board_Map(board, 2)) map += line + "\n";
+        ASSERT_EQ(one.verdict, other.verdict) << map;
+        ASSERT_EQ(one.pushes.size(), other.pushes.size()) << map;
+        solved += one.verdict == Verdict::solved && !one.pushes.empty();
+        pruned += one.nodes;
+        plain += other.nodes;
+    }
+    EXPECT_GT(solved, 300);
+    EXPECT_LT(pruned * 10, plain * 9) << "corrals are pruned at all";
+}
+
+// Targets in an alcove of one cell's width fill from its end; one in the open waits for
+// nobody.
+TEST(Levels, PackingFillsTheFarEndFirst)
+{
+    const Board board = Parsed({"  ###", "  #F#", " ##G#####", " #     ####", " # $ $ ...#",
+                                " # $$  ####", " #   . #", " #  @  #", " #######"});
+    Packing packing(board);
+    auto at = [](int column, int row) { return Bit(CellAt(column, row)); };
+    const Bits near = at(7, 4), middle = at(8, 4), far = at(9, 4), open = at(5, 6);
+    const std::vector<Cell> order = packing.Order();
+    ASSERT_EQ(order.size(), 4u);
+    Bits alcove = 0;
+    for (Cell cell : order) {
+        const bool inOrder = Bit(cell) == open || (alcove | Bit(cell)) == far ||
+                             (alcove | Bit(cell)) == (far | middle) || alcove == (far | middle);
+        EXPECT_TRUE(inOrder) << "column " << ColumnOf(cell);
+        if (Bit(cell) != open) alcove |= Bit(cell);
+    }
+    EXPECT_EQ(packing.InTheWay(0), 0);
+    EXPECT_EQ(packing.InTheWay(far | open), 0);
+    EXPECT_EQ(packing.InTheWay(far | near), 1);
+    EXPECT_EQ(packing.InTheWay(near), 1);
+    EXPECT_EQ(packing.InTheWay(near | middle | open), 2);
+}
+
+TEST(Levels, PackingSolvesManyBoxesSooner)
+{
+    int compared = 0;
+    for (const std::string& path : LevelFile_List(std::string(CONTENT_FOLDER) + "/levels")) {
+        const LevelFile file = LevelFile_Read(Game::Get().tables, path);
+        if (Count(file.board.boxes) < 12) continue;
+        SolveLimits limits;
+        limits.weight = 3;
+        limits.nodes = 150'000;
+        const Solution with = Solve(file.board, limits);
+        limits.packing = false;
+        const Solution without = Solve(file.board, limits);
+        std::printf("%s: %u positions with packing, %s%u without\n", file.level.title.c_str(),
+                    with.nodes, without.verdict == Verdict::solved ? "" : "more than ",
+                    without.nodes);
+        EXPECT_FALSE(Keys(file.board, with.pushes).empty()) << path;
+        EXPECT_FALSE(with.fewest) << "packing proves nothing";
+        EXPECT_LT(with.nodes, without.nodes) << path;
+        ++compared;
+    }
+    EXPECT_EQ(compared, 3);
 }
 
 TEST(Levels, PullsAndPushesAgreeOnDepth)
