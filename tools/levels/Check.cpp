@@ -30,6 +30,8 @@ constexpr bool Given(int number)
 constexpr int kLastTeaching = 7;
 
 constexpr int kProvedBoxes = 10;  // up to here the fewest pushes are proved
+// Positions looked at above that: a level that claims its optimum has time for the proof.
+constexpr uint32_t kLongProof = 6'000'000, kBound = 400'000;
 constexpr int kStartsOnTarget = 10;
 constexpr double kLeastDifference = 0.15;  // of the floors of two levels
 
@@ -174,6 +176,8 @@ void CheckSolution(const LevelFile& file, const Solution& best, Rating& rating,
         if (file.level.optimum != pushes) {
             faults.push_back("`optimum` is not the number of pushes, " + std::to_string(pushes));
         }
+    } else if (file.level.optimum && (!rating.fewest || file.level.optimum != pushes)) {
+        faults.push_back("`optimum` is not proved");
     } else if (!rating.fewest && (file.level.bound <= 0 || file.level.bound > best.bound)) {
         faults.push_back("`bound` is not a bound that the solver proves, " +
                          std::to_string(best.bound));
@@ -188,7 +192,9 @@ Rating Rate(const LevelFile& file, std::vector<std::string>& faults)
     rating.title = file.level.title;
     rating.measures = Measure(file.board, file.level.solution);
     SolveLimits limits;
-    if (rating.measures.boxes > kProvedBoxes) limits.nodes = 400'000;
+    if (rating.measures.boxes > kProvedBoxes) {
+        limits.nodes = file.level.optimum ? kLongProof : kBound;
+    }
     Solution best = Solve(file.board, limits);
     if (best.verdict == Verdict::gaveUp) {
         const Solution hasty = SolveHastily(file.board, 200'000);

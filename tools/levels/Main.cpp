@@ -48,7 +48,9 @@ int Solve(const pack::Tables& tables, const std::vector<std::string>& paths)
             ++unsolved;
             continue;
         }
-        Solution solution = levels::Solve(file.board);
+        SolveLimits limits;
+        limits.nodes = 6'000'000;
+        Solution solution = levels::Solve(file.board, limits);
         const uint32_t positions = solution.nodes;
         const int bound = solution.bound;
         if (solution.verdict == Verdict::gaveUp) solution = SolveHastily(file.board, 1'000'000);
@@ -59,9 +61,15 @@ int Solve(const pack::Tables& tables, const std::vector<std::string>& paths)
             ++unsolved;
             continue;
         }
-        const Pushes pushes = Tidy(file.board, solution.pushes);
+        Pushes pushes = Tidy(file.board, solution.pushes);
         std::string keys = Keys(file.board, pushes, file.board.PlayerTwo());
-        if (keys.empty()) keys = Keys(file.board, pushes);
+        if (keys.empty()) {
+            Board clear = file.board;  // of the place where player two may stand
+            if (clear.PlayerTwo() != kNoCell) clear.floor &= ~Bit(clear.PlayerTwo());
+            const Solution other = levels::Solve(clear, limits);
+            if (other.pushes.size() == pushes.size()) pushes = Tidy(clear, other.pushes);
+            keys = Keys(file.board, pushes);
+        }
         std::string proof;
         if (!solution.fewest) proof = ", not fewer than " + std::to_string(bound);
         std::printf("%s: %zu pushes%s, %zu steps, %u positions\n%s\n", path.c_str(), pushes.size(),

@@ -208,6 +208,7 @@ private:
                 continue;
             }
             level.pushes = Tidy(level.board, level.pushes);
+            level.board.floor |= Bit(second_);
             Finish(level);
             if (level.keys.empty()) continue;
             if (!Refusal(level.board, level.measures, least_).empty()) continue;
@@ -254,7 +255,6 @@ private:
 
     void Finish(MadeLevel& level) const
     {
-        level.board.floor |= Bit(second_);
         const int before = Count(level.board.floor);
         TakeAwayUnused(level.board, level.pushes, settings_.world == 1);
         level.lost = before - Count(level.board.floor);
@@ -267,7 +267,7 @@ private:
     {
         const bool proved = settings_.boxes <= kProvedBoxes;
         SolveLimits limits;
-        limits.nodes = proved ? 500'000 : 400'000;
+        limits.nodes = proved ? 500'000 : 1'500'000;
         const Solution solution = Solve(level.board, limits);
         level.positions = solution.nodes;
         level.bound = solution.bound;
