@@ -193,6 +193,19 @@ int32_t ClipSide(const ScreenVertex* in, int32_t count, int32_t side, ScreenVert
     return made;
 }
 
+// All corners lie on the far side of one edge of what may be touched.
+bool IsBeyond(const SoftDraw& draw, const ScreenVertex corner[4])
+{
+    bool left = true, right = true, above = true, below = true;
+    for (int32_t i = 0; i < 4; i++) {
+        left = left && corner[i].x < draw.left;
+        right = right && corner[i].x > draw.right;
+        above = above && corner[i].y < draw.top;
+        below = below && corner[i].y > draw.bottom;
+    }
+    return left || right || above || below;
+}
+
 bool InGuard(const ScreenVertex& v)
 {
     return std::fabs(v.x) <= kGuard && std::fabs(v.y) <= kGuard;
@@ -224,6 +237,7 @@ int32_t Soft_Address(int64_t texel, int32_t size, bool wrap)
 
 void Soft_Quad(SoftDraw& draw, const ScreenVertex corner[4], const int32_t (&order)[6])
 {
+    if (IsBeyond(draw, corner)) return;
     bool inGuard = true;
     for (int32_t i = 0; i < 4; i++) inGuard = inGuard && InGuard(corner[i]);
     if (!inGuard) {

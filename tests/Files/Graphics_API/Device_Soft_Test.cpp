@@ -249,8 +249,9 @@ Pixels Island(int32_t size, int32_t left, int32_t top, int32_t right, int32_t bo
     return pixels;
 }
 
-// Turned quads, small and large, some at a right angle, some beyond the target's edges.
-void TurnedQuads(Scene& scene, uint32_t seed)
+// Turned quads, small and large, some at a right angle, some beyond the target's edges:
+// as six vertices each, or as the same two triangles in a strip.
+void TurnedQuads(Scene& scene, uint32_t seed, bool strips = false)
 {
     std::mt19937 random(seed);
     const auto real = [&](double low, double high) {
@@ -267,7 +268,27 @@ void TurnedQuads(Scene& scene, uint32_t seed)
                       right > 0 ? far : near, down > 0 ? far : near);
         };
         const VertexTextured a = corner(0, 0), b = corner(1, 0), c = corner(1, 1), d = corner(0, 1);
-        scene.Send(DevicePrimitive::TriangleList, {a, b, c, c, d, a});
+        if (strips)
+            scene.Send(DevicePrimitive::TriangleStrip, {a, b, d, c});
+        else
+            scene.Send(DevicePrimitive::TriangleList, {a, b, d, b, c, d});
+    }
+}
+
+TEST_F(SoftDevice, QuadsEqualTheirTriangles)
+{
+    for (uint32_t seed = 0; seed < 40; seed++) {
+        Pixels pictures[2];
+        for (int32_t way = 0; way < 2; way++) {
+            Scene scene(g_soft, 90, 80);
+            g_soft.SetTexture(0, scene.Texture(23, 17, Noise(23, 17, seed)));
+            scene.Filter(seed & 1, seed & 2);
+            g_soft.SetViewport(11, 7, 60, 50);
+            scene.Project(60, 50);
+            TurnedQuads(scene, seed, way == 1);
+            pictures[way] = scene.Read();
+        }
+        ASSERT_EQ(pictures[0], pictures[1]) << seed;
     }
 }
 
