@@ -37,6 +37,7 @@ struct MenuEntry {
     const char* tag;
     Spot spot;
     Highlight highlight;
+    Object button{-1};  // that shows the entry, where a screen makes it by this table
 };
 using MenuEntries = std::span<const MenuEntry>;
 

@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr double mobile = 4;  // answer of os_type where the other service is
 constexpr double wholly = 100;
 constexpr double thousandths = 1000;
 

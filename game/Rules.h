@@ -17,6 +17,7 @@ void stand_in_row(CInstance* self, double nearer);
 
 // Answer of os_type on a desktop; 3, 4 and 7 are the touch platforms.
 inline constexpr double desktop = 0;
+inline constexpr double mobile = 4;  // the one with a service of its own for milestones
 
 inline bool on_touch_platform()
 {

@@ -45,9 +45,10 @@ void bring_main_menu()
     passaTela = 1;
 }
 
+// Not under the options, which a visit to the help leaves with the title awake.
 void ask_to_leave(CInstance* self)
 {
-    if (!passaTela) return;
+    if (!passaTela || oConfiguracoes.var(paused)) return;
     RValue nothing;
     vxl_Script_scr_sair(self, self, nothing, 0, nullptr);
 }

@@ -49,12 +49,6 @@ void remove(const TouchKey& touch)
     touch.handle = 0;
 }
 
-void add_touch_keys()
-{
-    for (const TouchKey& touch : levelKeys) add(touch);
-    if (playerMode == "twoPlayersOne") add_touch_keys_of_player_two();
-}
-
 }  // namespace
 
 void add_touch_keys_of_player_two()
@@ -67,10 +61,28 @@ void delete_touch_keys_of_player_two()
     for (const TouchKey& touch : playerTwoKeys) remove(touch);
 }
 
+void add_touch_keys()
+{
+    for (const TouchKey& touch : levelKeys) add(touch);
+    if (playerMode == "twoPlayersOne") add_touch_keys_of_player_two();
+}
+
 void delete_touch_keys()
 {
     for (const TouchKey& touch : levelKeys) remove(touch);
     delete_touch_keys_of_player_two();
+}
+
+void let_touch_keys_rest()
+{
+    delete_touch_keys();
+    remove(touchSwitch);
+}
+
+void bring_touch_keys_back()
+{
+    add(touchSwitch);
+    add_touch_keys();
 }
 
 void vxl_Object_oControl_Create(CInstance* self, CInstance* other)

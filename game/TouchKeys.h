@@ -4,4 +4,9 @@
 
 void add_touch_keys_of_player_two();
 void delete_touch_keys_of_player_two();
-void delete_touch_keys();  // all of a level's
+void add_touch_keys();  // all of a level's
+void delete_touch_keys();
+
+// While the pause is open, with the button that turns them on and off.
+void let_touch_keys_rest();
+void bring_touch_keys_back();

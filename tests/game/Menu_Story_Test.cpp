@@ -90,9 +90,11 @@ TEST(Menu, EachRowLeadsWhereItSays)
         const char* room;
         Object screen;
     } ways[] = {{"", 0, "room_personagem", oGameMode},
+                {"", 1, "room_titulo", oMenuOptionsNovo},
                 {"", 2, "room_titulo", oTelaSair},
                 {kReturner, 0, "room_personagem", oGameMode},
                 {kReturner, 1, "room_titulo", oTelaConfirmaRecomeca},
+                {kReturner, 2, "room_titulo", oMenuOptionsNovo},
                 {kReturner, 3, "room_titulo", oTelaSair}};
     for (const auto& way : ways)
         for (const bool byMouse : {false, true}) {
