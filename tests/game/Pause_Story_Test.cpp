@@ -7,7 +7,6 @@
 #include "Files/Run/Run_State.h"
 #include "Files/Sprite/CSprite.h"
 #include "game/Gamepad.h"
-#include "game/TouchKeys.h"
 #include "tests/game/support_Touch.h"
 
 using namespace names;
@@ -568,12 +567,10 @@ TEST(TouchPause, TheServiceHasItsButtonsAndTheLevelsKeysGiveWayToTheRows)
 {
     Pause level;
     BecomePhone();
-    level.room("room_level1").frames(2);
-    touchControls = 1;
     playerMode = "twoPlayersOne";
-    add_touch_keys();
+    level.room("room_level1").frames(2);
     const std::string before = TouchKeys();
-    EXPECT_EQ(before, "\r%&'(ADPSTW");
+    EXPECT_EQ(before, "\r%&'(ADHPSTW");
     level.key(keyEnter);
     EXPECT_EQ(TouchKeys(), "CEM");
     EXPECT_EQ(level.count(oConquistas), 1);
