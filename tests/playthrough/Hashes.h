@@ -1,12 +1,14 @@
 #pragma once
-// Hashes of the runs: what each level's play looked like, kept in a file for each run
-// beside this one, a row a level: its name, the hash of its file, the hash of its play.
+// Hashes of the runs, kept in a file for each run beside this one: the state of the
+// whole world at the levels' ends, and what each level's play looked like, a row a level:
+// its name, the hash of its file, the hash of its play.
 
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 
 #include "tests/support/Solution.h"
@@ -19,6 +21,7 @@ public:
         for (size_t i = 0; i < size; ++i) value_ = (value_ ^ byte[i]) * 0x100000001B3ULL;
     }
     void Add(double number) { Add(&number, sizeof number); }
+    void Add(uint64_t number) { Add(&number, sizeof number); }
     void Add(const std::string& text) { Add(text.data(), text.size()); }
     std::string text() const
     {
@@ -53,11 +56,14 @@ inline std::string LevelHash(int level)
     return hash.text();
 }
 
-// ---- hashes of the runs, by level: that of the level's file, and that of its play
+// ---- a run's hashes
 struct Kept {
-    std::string level, play;
+    std::string level, play;  // of the level's file, and of its play
 };
-using Hashes = std::map<std::string, Kept>;
+struct Hashes {
+    std::string state;  // of the world at each level's end, folded
+    std::map<std::string, Kept> levels;
+};
 
 inline std::filesystem::path HashFile(const std::string& run)
 {
@@ -68,14 +74,26 @@ inline Hashes ReadHashes(const std::string& run)
 {
     Hashes hashes;
     std::ifstream file(HashFile(run));
-    Kept kept;
-    for (std::string name; file >> name >> kept.level >> kept.play;) hashes[name] = kept;
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        std::istringstream words(line);
+        std::string name;
+        words >> name;
+        if (name == "state")
+            words >> hashes.state;
+        else
+            words >> hashes.levels[name].level >> hashes.levels[name].play;
+    }
     return hashes;
 }
 
 inline void WriteHashes(const std::string& run, const Hashes& hashes)
 {
     std::ofstream file(HashFile(run));
-    for (const auto& [name, kept] : hashes)
+    file << "# What this run of the campaign looks like. After a change that is meant,\n"
+            "# MARLOWICK_KEEP_HASHES=1 build/release/tests/test_playthrough keeps it anew: the\n"
+            "# state changes with every name that is added, a level only with its play.\n";
+    file << "state " << hashes.state << '\n';
+    for (const auto& [name, kept] : hashes.levels)
         file << name << ' ' << kept.level << ' ' << kept.play << '\n';
 }

@@ -2,7 +2,8 @@
 // opens, every end is touched, and the save file ends as its rules say.
 //
 // Levels without a file are left out. What each run looked like frame by frame is kept
-// as one hash a level in this folder; MARLOWICK_KEEP_HASHES=1 keeps them anew.
+// as one hash a level in this folder, and the state of the world at the levels' ends as
+// one for the run; MARLOWICK_KEEP_HASHES=1 keeps them anew.
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,7 @@ public:
         after_ = level + 1;
     }
 
+    uint64_t state() const { return stage_.state_hash(); }
     std::string console() const { return stage_.console(); }
     void ForgetConsole() { stage_.clear_console(); }
     // Player two makes a step, out of the way.
@@ -146,6 +148,7 @@ TEST_P(Campaign, IsPlayedToItsEnd)
     const bool keep = std::getenv("MARLOWICK_KEEP_HASHES") != nullptr;
     const Hashes kept = ReadHashes(manner.name);
     Hashes now;
+    Hash states;
     Player player(manner);
     int stale = 0;
     for (int level = 1; level <= kLevels; ++level) {
@@ -164,23 +167,27 @@ TEST_P(Campaign, IsPlayedToItsEnd)
         ASSERT_EQ(player.console().find("ERROR"), std::string::npos) << player.console();
         player.ForgetConsole();
         player.CheckSave(level);
+        states.Add(player.state());
 
         const std::string name = LevelName(level);
-        now[name] = {LevelHash(level), hash};
-        const auto before = kept.find(name);
-        if (before == kept.end() || before->second.level != now[name].level)
+        now.levels[name] = {LevelHash(level), hash};
+        const auto before = kept.levels.find(name);
+        if (before == kept.levels.end() || before->second.level != now.levels[name].level)
             ++stale;
         else if (!keep) {
             EXPECT_EQ(hash, before->second.play) << name << " goes another way than it did";
         }
     }
+    now.state = states.text();
     if (keep) WriteHashes(manner.name, now);
     // Once the whole campaign is kept, a level that changes is kept anew with it.
-    if (kept.size() == kLevels && !keep) {
+    if (kept.levels.size() == kLevels && !keep) {
         EXPECT_EQ(stale, 0) << "MARLOWICK_KEEP_HASHES=1 keeps the hashes of changed levels";
+        EXPECT_EQ(now.state, kept.state) << "the world ends in another state; when that is meant, "
+                                            "MARLOWICK_KEEP_HASHES=1 keeps it";
     }
-    std::printf("%s: %zu levels played, %d of them without a kept hash\n", manner.name, now.size(),
-                stale);
+    std::printf("%s: %zu levels played, %d of them without a kept hash\n", manner.name,
+                now.levels.size(), stale);
 }
 
 INSTANTIATE_TEST_SUITE_P(Runs, Campaign,
