@@ -142,11 +142,10 @@ void for_touched_boxes(CInstance* who, const Figure& figure, double towardsX, do
     }
 }
 
-// The box walks against the figure's own way; one that has not left its cell stays.
+// The box walks against the figure's own way.
 void send_back(CInstance* who, const Direction& way, Target box)
 {
     for (CInstance* sent : With(who, box)) {
-        if (on_grid(sent)) continue;
         if (way.x != 0)
             sent->var(hspeed) = who->var(hspeed) * -1;
         else
@@ -160,60 +159,94 @@ void set_speed(CInstance* who, double h, double v)
     who->var(vspeed) = v;
 }
 
-// What a figure that has turned does with its boxes. One that it had pushed stays
-// behind between two cells: it comes along. One that it walks towards, and that has
-// the same line, is pushed again from where the figure stands.
-void take_boxes_along(CInstance* who, const Figure& figure)
+// Where a walking figure is headed: -1, 0 or 1 in each axis.
+struct Heading {
+    double x, y;
+};
+Heading heading_of(CInstance* who)
 {
     const double h = who->var(hspeed), v = who->var(vspeed);
-    const double toX = (h > 0) - (h < 0), toY = (v > 0) - (v < 0);
-    const auto ahead = [&](CInstance* box) {
-        return (box->var(x) - who->var(x)) * toX + (box->var(y) - who->var(y)) * toY;
-    };
-    for_touched_boxes(who, figure, -toX, -toY, [&](double, Target box) {
-        for (CInstance* taken : With(who, box))
-            if (ahead(taken) < 0 && !on_grid(taken) && is_still(taken)) set_speed(taken, h, v);
+    return {double((h > 0) - (h < 0)), double((v > 0) - (v < 0))};
+}
+
+// How far the box stands in front of the figure, in pixels; behind it below 0.
+double in_front(CInstance* who, const Heading& to, CInstance* box)
+{
+    return (box->var(x) - who->var(x)) * to.x + (box->var(y) - who->var(y)) * to.y;
+}
+
+bool in_line(CInstance* who, const Heading& to, CInstance* box)
+{
+    return to.x != 0 ? box->var(y) == who->var(y) : box->var(x) == who->var(x);
+}
+
+// The box that a figure had pushed before it turned, left between two cells, comes along.
+void take_box_behind_along(CInstance* who, const Figure& figure, const Heading& to)
+{
+    for_touched_boxes(who, figure, -to.x, -to.y, [&](double, Target touched) {
+        for (CInstance* box : With(who, touched))
+            if (in_front(who, to, box) < 0 && !on_grid(box) && is_still(box))
+                set_speed(box, who->var(hspeed), who->var(vspeed));
     });
-    for_touched_boxes(who, figure, toX, toY, [&](double, Target box) {
-        for (CInstance* pushed : With(who, box)) {
-            if (ahead(pushed) <= 0 || pushed->var(h != 0 ? hspeed : vspeed) == 0) continue;
-            if (pushed->var(h != 0 ? y : x) != who->var(h != 0 ? y : x)) continue;
-            set_speed(pushed, 0, 0);
-            pushed->var(x) = who->var(x) + toX * cell;
-            pushed->var(y) = who->var(y) + toY * cell;
+}
+
+// A box on its way back that the figure has turned towards is pushed again, from where
+// the figure stands.
+void push_box_in_front_again(CInstance* who, const Figure& figure, const Heading& to)
+{
+    for_touched_boxes(who, figure, to.x, to.y, [&](double, Target touched) {
+        for (CInstance* box : With(who, touched)) {
+            if (in_front(who, to, box) <= 0 || !in_line(who, to, box)) continue;
+            if (box->var(to.x != 0 ? hspeed : vspeed) == 0) continue;
+            set_speed(box, 0, 0);
+            box->var(x) = who->var(x) + to.x * cell;
+            box->var(y) = who->var(y) + to.y * cell;
         }
     });
 }
 
+// The figure walks back to the cell that it came from, and its step did not happen.
 void turn_round(CInstance* who, const Figure& figure)
 {
-    who->var(vspeed) = who->var(vspeed) * -1;
-    who->var(hspeed) = who->var(hspeed) * -1;
-    if (!is_still(who)) take_boxes_along(who, figure);
+    set_speed(who, who->var(hspeed) * -1, who->var(vspeed) * -1);
+    if (!is_still(who)) {
+        const Heading back = heading_of(who);
+        take_box_behind_along(who, figure, back);
+        push_box_in_front_again(who, figure, back);
+    }
     cancel_step(who, figure);
 }
 
-// Both figures turn back to the cells that they came from. A box between them has both
-// at its sides; player two comes last and takes it along.
-void turn_back(CInstance* self, const Direction& way)
+// The box goes against player one's way, unless player two touches it too.
+void turn_boxes_of_player_one(CInstance* one, const Direction& way)
 {
-    for_touched_boxes(self, playerOne, way.x, way.y, [&](double row, Target box) {
-        if (!self->var(caixaVoltando)) send_back(self, way, box);
-        cancel_box(self, playerOne, row);
+    for_touched_boxes(one, playerOne, way.x, way.y, [&](double row, Target box) {
+        if (!one->var(caixaVoltando)) send_back(one, way, box);
+        cancel_box(one, playerOne, row);
         show_debug_message("Caixa bateu no jogador 2 e está voltando");
     });
-    for (CInstance* second : With(self, oPlayerArrows2)) {
-        for_touched_boxes(second, playerTwo, -way.x, -way.y, [&](double row, Target box) {
-            const bool sends = !self->var(caixaVoltando);
-            if (sends) send_back(second, way, box);
-            second->var(caixaVoltando) = sends;
-            cancel_box(second, playerTwo, row);
-            show_debug_message("Caixa bateu no jogador 1 e está voltando");
-        });
-    }
-    turn_round(self, playerOne);
-    for (CInstance* second : With(self, oPlayerArrows2)) turn_round(second, playerTwo);
-    self->var(way.blocked) = 0;
+}
+
+// A box between both goes with player two, who comes last.
+void turn_boxes_of_player_two(CInstance* one, CInstance* two, const Direction& way)
+{
+    for_touched_boxes(two, playerTwo, -way.x, -way.y, [&](double row, Target box) {
+        const bool sends = !one->var(caixaVoltando);
+        if (sends) send_back(two, way, box);
+        two->var(caixaVoltando) = sends;
+        cancel_box(two, playerTwo, row);
+        show_debug_message("Caixa bateu no jogador 1 e está voltando");
+    });
+}
+
+// A blocked push is called off: both figures turn back to the cells that they came from.
+void call_off(CInstance* one, const Direction& way)
+{
+    turn_boxes_of_player_one(one, way);
+    for (CInstance* two : With(one, oPlayerArrows2)) turn_boxes_of_player_two(one, two, way);
+    turn_round(one, playerOne);
+    for (CInstance* two : With(one, oPlayerArrows2)) turn_round(two, playerTwo);
+    one->var(way.blocked) = 0;
 }
 
 }  // namespace
@@ -223,7 +256,7 @@ void push_against_player_two(CInstance* self)
     note_blocked_pushes(self);
     if (a_movement_key_is_held()) return;
     for (const int i : blockedOrder)
-        if (self->var(directions[i].blocked)) turn_back(self, directions[i]);
+        if (self->var(directions[i].blocked)) call_off(self, directions[i]);
 }
 
 // ==== the figures against each other

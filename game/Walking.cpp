@@ -88,26 +88,26 @@ void show_pushing(CInstance* self, const Figure& figure)
             self->var(sprite_index) = picture(figure, direction.pushing);
 }
 
-// Between two cells a box keeps to the line that it moves along; one that walks that way
-// by itself is not pushed on.
-bool may_be_pushed(CInstance* box, double stepX, double stepY)
+// Between two cells a box keeps to the line that it moves along.
+bool keeps_its_line(CInstance* box, double stepX, double stepY)
 {
-    if (box->var(hspeed) * stepX > 0 || box->var(vspeed) * stepY > 0) return false;
     return place_snapped(box, stepX == 0 ? cell : 0, stepY == 0 ? cell : 0);
 }
 
-// Something in its way will put the other figure back to where it was: that place is
-// still taken.
-bool other_is_put_back_to(CInstance* box, double toX, double toY, const Figure& figure)
+// A figure that has walked into something is put back to where it was in the last frame.
+bool walked_into_something(CInstance* who)
 {
-    for (CInstance* other : With(box, figure.partner)) {
-        const double otherX = other->var(x), otherY = other->var(y);
-        if (place_free(other, otherX, otherY) && !place_meeting(other, otherX, otherY, oMonte))
-            continue;
-        if (std::abs(toX - other->var(xprevious)) < cell &&
+    const double atX = who->var(x), atY = who->var(y);
+    return !place_free(who, atX, atY) || place_meeting(who, atX, atY, oMonte);
+}
+
+// The place that the other figure will be put back to is still taken.
+bool other_figure_comes_back_to(CInstance* box, double toX, double toY, const Figure& figure)
+{
+    for (CInstance* other : With(box, figure.partner))
+        if (walked_into_something(other) && std::abs(toX - other->var(xprevious)) < cell &&
             std::abs(toY - other->var(yprevious)) < cell)
             return true;
-    }
     return false;
 }
 
@@ -115,12 +115,28 @@ bool other_is_put_back_to(CInstance* box, double toX, double toY, const Figure& 
 // stands in the way.
 void push_box(CInstance* box, double stepX, double stepY, const Figure& figure)
 {
-    if (!may_be_pushed(box, stepX, stepY)) return;
+    if (!keeps_its_line(box, stepX, stepY)) return;
     if (!action_if_empty(box, beside(stepX, stepY), false)) return;
     if (action_if_object(box, oMonte, beside(stepX, stepY))) return;
-    if (other_is_put_back_to(box, box->var(x) + stepX, box->var(y) + stepY, figure)) return;
-    box->var(x) += stepX;
-    box->var(y) += stepY;
+    const double toX = box->var(x) + stepX, toY = box->var(y) + stepY;
+    if (other_figure_comes_back_to(box, toX, toY, figure)) return;
+    box->var(x) = toX;
+    box->var(y) = toY;
+}
+
+// The box walks back behind the figure, on the same way.
+bool follows(CInstance* box, CInstance* self)
+{
+    const double h = self->var(hspeed), v = self->var(vspeed);
+    return box->var(hspeed) * h + box->var(vspeed) * v > 0 &&
+           (self->var(x) - box->var(x)) * h + (self->var(y) - box->var(y)) * v > 0;
+}
+
+// Takes back the move by its speed that it is about to make.
+void wait_a_frame(CInstance* who)
+{
+    who->var(x) -= double(who->var(hspeed));
+    who->var(y) -= double(who->var(vspeed));
 }
 
 }  // namespace
@@ -131,6 +147,12 @@ void push(CInstance* self, CInstance* box, const Figure& figure)
 {
     // The level is over, or solved: boxes stand still.
     if (gameOver != 0 || moveCaixa == 0) return;
+    // The other figure holds this one up: its box waits behind it.
+    if (follows(box, self)) {
+        wait_a_frame(self);
+        wait_a_frame(box);
+        return;
+    }
     if (&figure == &playerOne && instance_exists(self, oPlayerArrows2))
         push_against_player_two(self);
     show_pushing(self, figure);

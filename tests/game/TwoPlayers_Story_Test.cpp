@@ -241,4 +241,64 @@ TEST(TwoPlayers, AStepTakenBackThatMeetsTheOtherKeepsTheStartOfTheHistory)
     EXPECT_EQ(undoAtual, 0);
 }
 
+// ---- boxes end on the grid, whatever two figures do with them
+
+// Player two stands beside the first figure as it looks his way, and then it pushes on
+// downward: once the key is up its push is called off, and the box comes back with it.
+TEST(TwoPlayers, AFigureThatTurnsTakesItsBoxAlong)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 260, 104);
+    Put(level.two, 208, 156);
+    Put(level.box, 260, 156);
+    level.stage.frames(1).hold('S').hold('A').frames(4).release('A').frames(19);
+    ASSERT_EQ(level.box->y, 156 + 23 * 4);
+    level.stage.release('S');
+    level.Rest();
+    EXPECT_AT(level.one, 260, 156);
+    EXPECT_AT(level.box, 260, 208);
+    EXPECT_EQ(level.box->vspeed, 0);
+}
+
+// Player two walks down from above onto the box that the first figure pushes right.
+TEST(TwoPlayers, ABoxBetweenTwoCellsIsNotPushedOutOfItsLine)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 312, 260);
+    Put(level.box, 364, 260);
+    Put(level.two, 416, 208);
+    level.stage.frames(1).hold('D').frames(3).hold(kDown);
+    for (int frame = 0; frame < 10; ++frame) {
+        level.stage.frames(1);
+        EXPECT_EQ(level.box->y, 260);
+    }
+    level.stage.release('D').release(kDown);
+    level.Rest();
+    for (const CInstance* each : {level.one, level.two, level.box}) {
+        EXPECT_EQ(each->y, each == level.two ? 208 : 260);
+        EXPECT_EQ(static_cast<int>(each->x) % 52, 0);
+    }
+}
+
+// Player two walks back with his box while the first figure comes towards him: he is
+// held up, and his box waits behind him instead of pushing him into the other.
+TEST(TwoPlayers, ABoxOnItsWayBackWaitsForItsFigure)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 208, 260);
+    Put(level.two, 312, 260);
+    Put(level.box, 364, 260);
+    level.stage.frames(1).tap(kRight).frames(16);
+    ASSERT_EQ(level.two->x, 364);
+    level.Tap('D');
+    ASSERT_EQ(level.one->x, 260);
+    level.stage.hold('D').frames(2).tap('U').frames(20);
+    EXPECT_GE(level.two->x - level.one->x, kCell);
+    EXPECT_EQ(level.box->x - level.two->x, kCell);
+    level.stage.release('D').frames(60);
+    EXPECT_AT(level.one, 260, 260);
+    EXPECT_AT(level.two, 364, 260);
+    EXPECT_AT(level.box, 416, 260);
+}
+
 }  // namespace

@@ -189,6 +189,41 @@ TEST(Undo, AKeyThatGoesDownAsItLandsSendsItOnForAnotherCell)
     EXPECT_EQ(level.one->x, 364);
 }
 
+// Else a box that player two has moved from its figure's side would walk into the wall.
+TEST(Undo, TheBoxStopsInItsCellThoughKeysGoDownAsItLands)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 156, 208);
+    Put(level.box, 208, 208);
+    Put(level.two, 260, 156);
+    level.stage.frames(1);
+    level.Tap('D').Tap(kDown);
+    ASSERT_EQ(level.box->y, 260);
+    level.stage.tap('Z').frames(12).tap('X').frames(12).tap('X').frames(30);
+    EXPECT_AT(level.box, 208, 260);
+}
+
+// Player two has pushed another box to where this one came from.
+TEST(Undo, ABoxGoesBackOnlyWhereThereIsRoom)
+{
+    LevelStory level("twoPlayersOne");
+    CInstance* second = Room_CreateInstance(312, 156, oMonte.index);
+    Put(level.one, 260, 208);
+    Put(level.box, 312, 208);
+    Put(level.two, 312, 104);
+    level.stage.frames(1);
+    level.Tap('D');
+    ASSERT_EQ(level.box->x, 364);
+    Put(level.one, 312, 260);
+    level.stage.frames(1);
+    level.Tap(kDown);
+    ASSERT_EQ(second->y, 208);
+    level.Tap('Z');
+    EXPECT_AT(level.one, 260, 260);
+    EXPECT_AT(level.box, 364, 208) << "it stays out of the undo";
+    EXPECT_AT(second, 312, 208);
+}
+
 TEST(Undo, TheHistoriesOfTheFiguresAreApart)
 {
     LevelStory level("twoPlayersOne");
