@@ -86,6 +86,21 @@ void UseThreads()
     g_Host.process = process;
 }
 
+// The desktop's threads and clock, without an output.
+void UseSoundThreads()
+{
+    const Host stage = g_Host;
+    const HostPadTable pads = g_HostPads;
+    Host_UseSDL();
+    const HostProcessTable process = g_Host.process;
+    const HostClockTable clock = g_Host.clock;
+    g_Host = stage;
+    g_HostPads = pads;
+    g_Host.process = process;
+    g_Host.clock = clock;
+    g_HostAudio.DeviceCount = []() -> int32_t { return 0; };
+}
+
 std::filesystem::path SavePath(const std::filesystem::path& folder)
 {
     return folder / "data" / "MarlowickGame" / "SaveGame.sav";
@@ -126,12 +141,16 @@ void Stage::Boot(const Options& options)
         std::ofstream(SavePath(folder_), std::ios::binary) << options.save;
     }
 
+    for (const auto& [name, source] : options.beside)
+        std::filesystem::copy_file(source, folder_ / name);
+
     Host_UseStage();
     Stage_Reset();
     Stage_SetFolder((folder_.string() + "/").c_str());
     Stage_SetDataFolder((folder_.string() + "/data/").c_str());
     if (options.window) UseWindow(options.windowPace);
     if (options.threads) UseThreads();
+    if (options.soundThreads) UseSoundThreads();
     Console_SetSink(Listen, this);
     Random_Seed(0);
 
@@ -144,6 +163,7 @@ void Stage::Boot(const Options& options)
 
     VxVector<VxString> tokens = {"marlowick"};
     for (const std::string& token : options.switches) tokens.push_back(token.c_str());
+    if (!options.sound && !options.soundThreads) tokens.push_back("-noaudio");
     started_ = Runner_Boot(tokens, folder_.c_str(), attachment);
 }
 

@@ -38,7 +38,7 @@ private:
 class Stage {
 public:
     struct Options {
-        std::vector<std::string> switches = {"-inawindow", "-noaudio"};
+        std::vector<std::string> switches = {"-inawindow"};
         std::string archive;                     // a file; empty for the game's
         std::vector<uint8_t> archiveBytes;       // instead of a file, when not empty
         const RunnerData* attachment = nullptr;  // null for the game's
@@ -48,6 +48,12 @@ public:
         bool window = false;
         double windowPace = 1;
         bool threads = false;  // as the desktop has them
+        // Sound; else the run has none. It passes as the clock does and is heard by
+        // Stage_Sound; with soundThreads it has the desktop's threads and clock, and no one
+        // hears it.
+        bool sound = false, soundThreads = false;
+        // Files that lie beside the program: name and where they are copied from.
+        std::vector<std::pair<std::string, std::string>> beside;
     };
 
     Stage();

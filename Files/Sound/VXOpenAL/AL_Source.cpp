@@ -82,11 +82,16 @@ double Offset(const ALsource& source)
     return frames;
 }
 
+// A source that does not play begins there when it does.
 bool Seek(ALsource* source, double frames)
 {
     double total = 0;
     for (const ALbuffer* buffer : source->queue) total += buffer->loopEnd;
     if (!(frames >= 0 && frames < total)) return false;
+    if (source->state == AL_INITIAL || source->state == AL_STOPPED) {
+        source->startAt = frames;
+        return true;
+    }
     source->processed = 0;
     while (frames >= source->queue[source->processed]->loopEnd)
         frames -= source->queue[source->processed++]->loopEnd;
@@ -108,6 +113,7 @@ void SetBuffer(ALsource* source, ALuint name)
         return AL_SetError(AL_INVALID_OPERATION);
     EmptyQueue(source);
     Rewind(source);
+    source->startAt = 0;
     if (!buffer) return;
     ++buffer->users;
     source->queue.push_back(buffer);
@@ -121,7 +127,10 @@ void Play(ALsource* source)
         source->state = AL_STOPPED;
         return;
     }
+    const bool sought = source->state != AL_PAUSED && source->startAt > 0;
     source->state = AL_PLAYING;
+    if (sought) Seek(source, source->startAt);
+    source->startAt = 0;
     source->startTime = g_Host.clock.Micros();
 }
 

@@ -69,6 +69,7 @@ struct ALsource {
     ALvector position, velocity, direction;
     bool headRelative = false, looping = false;
     uint32_t at = 0, fraction = 0;  // playing position
+    double startAt = 0;             // frames; of a source that does not play yet
     int64_t startTime = 0;          // microseconds
     // Of the block that is mixed:
     uint32_t offset = 0;  // its frames that pass before the source begins
