@@ -215,32 +215,6 @@ Rating Rate(const LevelFile& file, std::vector<std::string>& faults)
     return rating;
 }
 
-// A world goes from easy to hard, five levels by five, and every fifth level is a breather:
-// easier than its neighbours are in the middle. The last of a world is none.
-void CheckOrder(Report& report)
-{
-    constexpr int kFive = 5, kWorld = 20;
-    double difficulty[kLevels + 1] = {};
-    for (const Rating& rating : report.ratings) {
-        if (rating.number <= kLevels) difficulty[rating.number] = rating.difficulty;
-    }
-    auto fiveUpTo = [&](int number) {
-        return std::accumulate(difficulty + number - kFive + 1, difficulty + number + 1, 0.0);
-    };
-    for (int number = kFive; number <= kLevels; number += kFive) {
-        const std::string levels =
-            "levels " + std::to_string(number - kFive + 1) + " to " + std::to_string(number);
-        if ((number - 1) % kWorld >= kFive && fiveUpTo(number) <= fiveUpTo(number - kFive)) {
-            report.faults.push_back(levels + " are no harder than the five before");
-        }
-        const bool last = number % kWorld == 0;
-        if (!last && 2 * difficulty[number] >= difficulty[number - 1] + difficulty[number + 1]) {
-            report.faults.push_back("level " + std::to_string(number) +
-                                    ": no breather between its neighbours");
-        }
-    }
-}
-
 // Lines that all levels meet together.
 void CheckWhole(Report& report)
 {
@@ -264,7 +238,7 @@ void CheckWhole(Report& report)
                                 std::to_string(four) + " of " + std::to_string(two));
     expect(eight >= 15,
            "expected a detour of 8 pushes in 15 levels, it is in " + std::to_string(eight));
-    CheckOrder(report);
+    for (const std::string& fault : OrderFaults(report.ratings)) report.faults.push_back(fault);
     expect(onTarget <= kStartsOnTarget, "expected a box on a target at the start in at most " +
                                             std::to_string(kStartsOnTarget) + " levels");
 }
@@ -344,6 +318,32 @@ std::string Summary(const Report& report)
 }
 
 }  // namespace
+
+std::vector<std::string> OrderFaults(const std::vector<Rating>& ratings)
+{
+    std::vector<std::string> faults;
+    constexpr int kFive = 5, kWorld = 20;
+    double difficulty[kLevels + 1] = {};
+    for (const Rating& rating : ratings) {
+        if (rating.number <= kLevels) difficulty[rating.number] = rating.difficulty;
+    }
+    auto fiveUpTo = [&](int number) {
+        return std::accumulate(difficulty + number - kFive + 1, difficulty + number + 1, 0.0);
+    };
+    for (int number = kFive; number <= kLevels; number += kFive) {
+        const std::string levels =
+            "levels " + std::to_string(number - kFive + 1) + " to " + std::to_string(number);
+        if ((number - 1) % kWorld >= kFive && fiveUpTo(number) <= fiveUpTo(number - kFive)) {
+            faults.push_back(levels + " are no harder than the five before");
+        }
+        const bool last = number % kWorld == 0;
+        if (!last && 2 * difficulty[number] >= difficulty[number - 1] + difficulty[number + 1]) {
+            faults.push_back("level " + std::to_string(number) +
+                             ": no breather between its neighbours");
+        }
+    }
+    return faults;
+}
 
 std::vector<std::string> CheckFacts(const pack::Tables& tables, const LevelFile& file)
 {

@@ -32,6 +32,11 @@ Report Check(const pack::Tables& tables, const std::vector<LevelFile>& files, bo
 // The faults of one level alone.
 std::vector<std::string> CheckFacts(const pack::Tables& tables, const LevelFile& file);
 
+// What is wrong with the order of a hundred levels. A world goes from easy to hard, five
+// levels by five, and every fifth level is a breather, easier than its two neighbours are on
+// average; the last of a world is none.
+std::vector<std::string> OrderFaults(const std::vector<Rating>& ratings);
+
 // The table with what is wrong under it; `summary` adds the worlds.
 std::string Report_Table(const Report& report, bool summary);
 

@@ -12,6 +12,7 @@
 #include "tools/levels/Level_File.h"
 #include "tools/levels/Make.h"
 #include "tools/levels/Play.h"
+#include "tools/levels/Shapes.h"
 #include "tools/levels/Solver.h"
 
 namespace {
@@ -26,7 +27,8 @@ constexpr char kHelp[] =
     "vexo-levels make  SETTINGS [OPTION...]\n"
     "  SETTINGS       such as \"world=3 boxes=4 seed=1\", as a made level's head has them:\n"
     "                 world 1 to 5; boxes; seed; gate=2 or 3 and start=8 or 9, rows of\n"
-    "                 the map; area, least and most pushes\n"
+    "                 the map; area, least and most pushes; in world 5 drawing=, such as\n"
+    "                 drawing=smile, for a form of your own choice\n"
     "  --seeds N      tries N seeds from the first (default 1)\n"
     "  --out FOLDER   writes each level to FOLDER instead of the screen\n"
     "vexo-levels film CONTENT FILE [FOLDER]\n"
@@ -97,6 +99,9 @@ int MakeLevels(int argc, char** argv)
         settings.gateRow < 2 || settings.gateRow > 3 || settings.startRow < 8 ||
         settings.startRow > 9) {
         Refuse("settings out of range");
+    }
+    if (!settings.drawing.empty() && !Shape_IsDrawing(settings.drawing)) {
+        Refuse("there is no drawing " + settings.drawing);
     }
     for (int i = 0; i < seeds; ++i, ++settings.seed) {
         const std::optional<MadeLevel> level = Make(settings);

@@ -31,6 +31,7 @@ Shape Shape_Make(const ShapeSettings& settings, Random& random);
 
 // One of the drawings of world 5, seven rows high, its middle in the gate's column: the
 // one of a name, or one by chance. For an area that no drawing has, a creature by chance.
+bool Shape_IsDrawing(const std::string& name);
 Shape Shape_Drawing(const std::string& name, int area, Random& random);
 
 }  // namespace levels

@@ -1,5 +1,6 @@
 // The drawings of world 5: a dot is floor. Seven rows; the middle column is the gate's.
 
+#include <algorithm>
 #include <array>
 
 #include "tools/levels/Shapes.h"
@@ -165,6 +166,12 @@ Shape Sprite(int area, Random& random)
 }
 
 }  // namespace
+
+bool Shape_IsDrawing(const std::string& name)
+{
+    return std::any_of(std::begin(kDrawings), std::end(kDrawings),
+                       [&](const Drawing& drawing) { return name == drawing.name; });
+}
 
 Shape Shape_Drawing(const std::string& name, int area, Random& random)
 {

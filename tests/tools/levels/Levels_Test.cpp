@@ -214,6 +214,27 @@ TEST(Levels, CheckComparesLevelsAsAWhole)
     EXPECT_EQ(FloorDifference(board, other), 0);
 }
 
+TEST(Levels, AWorldGetsHarderWithABreatherNowAndThen)
+{
+    std::vector<Rating> ratings(100);
+    auto difficulty = [&](int number) -> double& {
+        return ratings[static_cast<size_t>(number - 1)].difficulty;
+    };
+    for (int number = 1; number <= 100; ++number) {
+        ratings[static_cast<size_t>(number - 1)].number = number;
+        const bool breather = number % 5 == 0 && number % 20 != 0;
+        difficulty(number) = (number - 1) % 20 - (breather ? 3 : 0);
+    }
+    EXPECT_TRUE(OrderFaults(ratings).empty());
+    std::swap(difficulty(33), difficulty(38));
+    ASSERT_EQ(OrderFaults(ratings).size(), 0u) << "small turns are free";
+    difficulty(45) = difficulty(46);
+    difficulty(61) = 40;
+    EXPECT_EQ(OrderFaults(ratings),
+              (std::vector<std::string>{"level 45: no breather between its neighbours",
+                                        "levels 66 to 70 are no harder than the five before"}));
+}
+
 TEST(Levels, SolverKnowsTheFewestPushes)
 {
     const std::vector<std::string> paths = LevelFile_List(std::string(CONTENT_FOLDER) + "/levels");
