@@ -8,8 +8,8 @@
 // walls; an order of leaving, reversed, is an order of filling. A box once out is gone, so a
 // box that can leave now can leave later too, and the order of trying does not matter.
 //
-// What it says orders a search and proves nothing: boxes may also pass over targets, or step
-// aside for others.
+// What it says proves nothing: boxes may also step aside for others. A search that keeps to
+// it and finds no way has to look again without it.
 
 #include <unordered_map>
 #include <vector>

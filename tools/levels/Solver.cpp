@@ -54,7 +54,7 @@ public:
         // of pushes can decide between won and lost.
         const Bits rest = board.floor & ~board.targets;
         corrals_ = limits.corrals && Has(rest, board.exit) && Reach(rest, Bit(board.exit)) == rest;
-        packs_ = limits.packing && limits.weight > 1 && Count(board.boxes) >= kPackedBoxes;
+        packs_ = limits.weight > 1 && Count(board.boxes) >= limits.packed;
     }
 
     Solution Run()
@@ -91,6 +91,12 @@ public:
             node.closed = true;
             Expand(entry.node);
         }
+        // Packing passes over some ways out: without it there may be one.
+        if (packs_) {
+            SolveLimits whole = limits_;
+            whole.packed = Count(board_.boxes) + 1;
+            return Search(board_, whole).Run();
+        }
         result.verdict = Verdict::unsolvable;
         result.nodes = static_cast<uint32_t>(nodes_.size());
         return result;
@@ -98,8 +104,7 @@ public:
 
 private:
     static constexpr uint32_t kNone = ~0u;
-    static constexpr int kParts = 8;         // of the floor; more count as so many
-    static constexpr int kPackedBoxes = 12;  // from here on packing is worth its time
+    static constexpr int kParts = 8;  // of the floor; more count as so many
 
     struct Node {
         uint32_t before;

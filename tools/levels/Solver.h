@@ -27,7 +27,7 @@ struct SolveLimits {
     uint32_t nodes = 4'000'000;  // positions kept; about 60 bytes each
     int weight = 1;              // of the bound: 1 gives fewest pushes, more gives any soon
     bool corrals = true;         // pruned; without, the same answer takes longer
-    bool packing = true;         // with weight and many boxes: targets are filled in order
+    int packed = 12;             // boxes from which on a weighted search fills targets in order
 };
 
 enum class Verdict { solved, unsolvable, gaveUp };

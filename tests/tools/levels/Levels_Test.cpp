@@ -265,7 +265,7 @@ TEST(Levels, CoveringAllTargetsWithTheGateShutOffIsNoSolution)
     EXPECT_EQ(Solve(shut).verdict, Verdict::unsolvable);
 }
 
-TEST(Levels, PruningCorralsLosesNoSolution)
+TEST(Levels, PruningLosesNoSolution)
 {
     Random random(20);
     uint32_t pruned = 0, plain = 0;
@@ -279,6 +279,12 @@ TEST(Levels, PruningCorralsLosesNoSolution)
         for (const std::string& line : Board_Map(board, 2)) map += line + "\n";
         ASSERT_EQ(one.verdict, other.verdict) << map;
         ASSERT_EQ(one.pushes.size(), other.pushes.size()) << map;
+        SolveLimits packed;
+        packed.weight = 3;
+        packed.packed = 1;
+        const Solution hasty = Solve(board, packed);
+        ASSERT_EQ(hasty.verdict, one.verdict) << "packed\n" << map;
+        ASSERT_GE(hasty.pushes.size(), one.pushes.size()) << map;
         solved += one.verdict == Verdict::solved && !one.pushes.empty();
         pruned += one.nodes;
         plain += other.nodes;
@@ -320,9 +326,9 @@ TEST(Levels, PackingSolvesManyBoxesSooner)
         if (Count(file.board.boxes) < 12) continue;
         SolveLimits limits;
         limits.weight = 3;
-        limits.nodes = 150'000;
+        limits.nodes = 60'000;
         const Solution with = Solve(file.board, limits);
-        limits.packing = false;
+        limits.packed = 99;
         const Solution without = Solve(file.board, limits);
         std::printf("%s: %u positions with packing, %s%u without\n", file.level.title.c_str(),
                     with.nodes, without.verdict == Verdict::solved ? "" : "more than ",
