@@ -5,14 +5,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cmath>
-#include <filesystem>
 
 #include "Files/Graphics/Batch.h"
 #include "Files/Object/CInstance.h"
 #include "Files/Particle/Particle_Main.h"
 #include "Files/Run/Run_State.h"
 #include "Names.h"
+#include "tests/support/Sight.h"
 #include "tests/support/Stage.h"
 
 using namespace names;
@@ -27,57 +26,6 @@ constexpr float kBrightest = 2;     // picture of the flash
 constexpr int kFewCalls = 40;       // of drawing, a frame
 constexpr int kFewPixels = 200;     // a thing with fewer lies off the screen
 
-struct Colour {
-    double red, green, blue;  // linear, 0 to 1
-};
-
-// Linear shares of all channel values, by the sRGB standard.
-std::array<double, 256> LinearShares()
-{
-    std::array<double, 256> shares;
-    for (size_t i = 0; i < shares.size(); ++i) {
-        const double v = static_cast<double>(i) / 255;
-        shares[i] = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    }
-    return shares;
-}
-
-Colour Linear(uint32_t pixel)
-{
-    static const std::array<double, 256> shares = LinearShares();
-    return {shares[pixel >> 16 & 255], shares[pixel >> 8 & 255], shares[pixel & 255]};
-}
-
-double Luminance(const Colour& c)
-{
-    return 0.2126 * c.red + 0.7152 * c.green + 0.0722 * c.blue;
-}
-
-// Three pairs of eyes: the usual ones, and those that lack one kind of cone, after
-// Machado, Oliveira and Fernandes, "A Physiologically-based Model for Simulation of Color
-// Vision Deficiency" (2009), full severity.
-struct Eyes {
-    const char* name;
-    std::array<double, 9> matrix;
-};
-constexpr Eyes kEyes[] = {
-    {"usual", {1, 0, 0, 0, 1, 0, 0, 0, 1}},
-    {"protanopia",
-     {0.152286, 1.052583, -0.204868, 0.114503, 0.786281, 0.099216, -0.003882, -0.048116, 1.051998}},
-    {"deuteranopia",
-     {0.367322, 0.860646, -0.227968, 0.280085, 0.672501, 0.047413, -0.011820, 0.042940, 0.968881}}};
-
-double Seen(const Eyes& eyes, uint32_t pixel)
-{
-    const Colour c = Linear(pixel);
-    const auto& m = eyes.matrix;
-    const auto mix = [&](size_t row) {
-        const double v = m[row] * c.red + m[row + 1] * c.green + m[row + 2] * c.blue;
-        return std::min(1.0, std::max(0.0, v));
-    };
-    return Luminance({mix(0), mix(3), mix(6)});
-}
-
 struct Mean {
     double sum = 0;
     int count = 0;
@@ -86,11 +34,6 @@ struct Mean {
 };
 
 using Ground = std::array<Mean, std::size(kEyes)>;  // of the field, as each pair of eyes sees it
-
-double Ratio(double a, double b)
-{
-    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
-}
 
 // Calls `visit` with the index of each pixel of the area that lies in the picture.
 template <class Visit>
@@ -120,8 +63,11 @@ struct Worst {
     }
 };
 
-const std::vector<std::pair<const char*, Object>> kThings = {
-    {"box", oMonte}, {"target", oFechado}, {"target", oFechado2}, {"figure", oPlayerArrows}};
+const std::vector<std::pair<const char*, Object>> kThings = {{"box", oMonte},
+                                                             {"target", oFechado},
+                                                             {"target", oFechado2},
+                                                             {"figure", oPlayerArrows},
+                                                             {"second figure", oPlayerArrows2}};
 
 const Object kClouds[] = {oNuvemMundo4, oNuvemMundo5, oNuvemMundo4Chuva, oNuvemMundo5Chuva};
 
@@ -223,7 +169,7 @@ private:
             });
             if (shown.count < kFewPixels) continue;
             ground[static_cast<size_t>(&eyes - kEyes)].Add(under.Value());
-            worst.Take(Ratio(shown.Value(), under.Value()), Name(room_, thing.name, eyes, at));
+            worst.Take(Contrast(shown.Value(), under.Value()), Name(room_, thing.name, eyes, at));
         }
     }
 
@@ -235,7 +181,7 @@ private:
             Mean shown;
             Area(bare_, at.x + rim, at.y + rim, at.x + kCellSize - rim, at.y + kCellSize - rim,
                  [&](size_t pixel) { shown.Add(Seen(eyes, bare_.pixels[pixel])); });
-            worst.Take(Ratio(shown.Value(), ground[static_cast<size_t>(&eyes - kEyes)].Value()),
+            worst.Take(Contrast(shown.Value(), ground[static_cast<size_t>(&eyes - kEyes)].Value()),
                        Name(room_, "wall", eyes, at));
         }
     }
@@ -251,6 +197,53 @@ private:
 void Show(const Stage& stage, Object object, bool shown)
 {
     for (int i = 0; i < stage.count(object); ++i) stage.find(object, i)->visible = shown;
+}
+
+// A target of the level as it is, covered, under its box, and that box without it; to be
+// told apart by their shapes. Ends the level as it was.
+struct Shapes {
+    Picture empty, covered, boxed, box;
+    Place at;
+};
+
+Shapes CoverATarget(Stage& stage)
+{
+    Shapes shapes;
+    for (const auto& [name, object] : kThings) Show(stage, object, false);
+    const bool usual = stage.find(oFechado) != nullptr;
+    CInstance* target = stage.find(usual ? oFechado : oFechado2);
+    target->visible = true;
+    shapes.at = {static_cast<int>(target->x), static_cast<int>(target->y)};
+    stage.frames(1);
+    shapes.empty = stage.picture();
+
+    CInstance* box = stage.find(oMonte);
+    box->SetPosition(target->x, target->y);
+    box->visible = true;
+    stage.frames(2);
+    shapes.boxed = stage.picture();
+
+    CInstance* covered = stage.find(usual ? oAberto : oAberto2);
+    covered->visible = false;
+    stage.frames(1);
+    shapes.box = stage.picture();
+
+    covered->visible = true;
+    box->visible = false;
+    stage.frames(1);
+    shapes.covered = stage.picture();
+    return shapes;
+}
+
+// The share of a cell's pixels that differ by the contrast, without colour.
+double Apart(const Picture& a, const Picture& b, Place at, const Eyes& eyes)
+{
+    Mean apart;
+    Area(a, at.x, at.y, at.x + kCellSize, at.y + kCellSize, [&](size_t pixel) {
+        const double contrast = Contrast(Seen(eyes, a.pixels[pixel]), Seen(eyes, b.pixels[pixel]));
+        apart.Add(contrast >= kContrast ? 1 : 0);
+    });
+    return apart.Value();
 }
 
 // Rain at its most, standing still, so that two pictures have the same drops.
@@ -275,7 +268,7 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     Worst things, walls;
     int levels = 0, calls = 0;
     Stage stage;
-    playerMode = "onePlayer";
+    playerMode = "twoPlayersOne";
     for (int number = 1; number <= 100; ++number) {
         const std::string name = "room_level" + std::to_string(number);
         stage.room(name).frames(1);
@@ -294,6 +287,36 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     RecordProperty("walls", walls.where + " " + std::to_string(walls.ratio));
 }
 
+// On the ground of every level, for all eyes, and without colour.
+TEST(Readable, ACoveredTargetIsToldByItsShape)
+{
+    Worst fromEmpty, underItsBox, boxFromEmpty;
+    Stage stage;
+    playerMode = "onePlayer";
+    for (int number = 1; number <= 100; ++number) {
+        const std::string room = "room_level" + std::to_string(number);
+        stage.room(room).frames(1);
+        for (const Object cloud : kClouds) Show(stage, cloud, false);
+        for (const Object light : {oRaiosDeSol, oChuva}) Show(stage, light, false);
+        const Shapes shapes = CoverATarget(stage);
+        for (const Eyes& eyes : kEyes) {
+            const auto apart = [&](const Picture& a, const Picture& b) {
+                return Apart(a, b, shapes.at, eyes);
+            };
+            const std::string name = Name(room, "target", eyes, shapes.at);
+            fromEmpty.Take(apart(shapes.covered, shapes.empty), name);
+            underItsBox.Take(apart(shapes.boxed, shapes.box), name);
+            boxFromEmpty.Take(apart(shapes.boxed, shapes.empty), name);
+        }
+    }
+    EXPECT_GE(fromEmpty.ratio, 0.4) << fromEmpty.where;
+    EXPECT_GE(underItsBox.ratio, 0.06) << underItsBox.where;
+    EXPECT_GE(boxFromEmpty.ratio, 0.6) << boxFromEmpty.where;
+    RecordProperty("covered", std::to_string(fromEmpty.ratio));
+    RecordProperty("boxed", std::to_string(underItsBox.ratio));
+    RecordProperty("box", std::to_string(boxFromEmpty.ratio));
+}
+
 // Rays at several of their pictures, rain with its brightest flash, and the thickest
 // cloud over each cell in turn, through the rain where there is some.
 TEST(Readable, ThingsStandOutUnderEveryWeather)
@@ -301,7 +324,7 @@ TEST(Readable, ThingsStandOutUnderEveryWeather)
     Worst things, walls;
     int rays = 0, rains = 0, clouds = 0, calls = 0;
     Stage stage;
-    playerMode = "onePlayer";
+    playerMode = "twoPlayersOne";
     for (int number = 1; number <= 100; ++number) {
         const std::string name = "room_level" + std::to_string(number);
         stage.room(name).frames(1);

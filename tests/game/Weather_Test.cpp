@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
 #include <set>
@@ -16,6 +15,7 @@
 #include "Files/Sprite/CSprite.h"
 #include "Names.h"
 #include "Platform/MemoryManager.h"
+#include "tests/support/Sight.h"
 #include "tests/support/Stage.h"
 
 using namespace names;
@@ -85,21 +85,11 @@ TEST(Weather, ARainyFrameAllocatesNothing)
     EXPECT_EQ(MemoryManager::GetStats().calls, before);
 }
 
-// Mean of the whole picture, 0 to 1, by the sRGB standard.
-double Luminance(const Picture& picture)
+// Mean of the whole picture, 0 to 1.
+double MeanLuminance(const Picture& picture)
 {
-    static const auto shares = [] {
-        std::array<double, 256> made;
-        for (size_t i = 0; i < made.size(); ++i) {
-            const double v = static_cast<double>(i) / 255;
-            made[i] = v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-        }
-        return made;
-    }();
     double sum = 0;
-    for (const uint32_t pixel : picture.pixels)
-        sum += 0.2126 * shares[pixel >> 16 & 0xFF] + 0.7152 * shares[pixel >> 8 & 0xFF] +
-               0.0722 * shares[pixel & 0xFF];
+    for (const uint32_t pixel : picture.pixels) sum += Luminance(LightOf(pixel));
     return sum / static_cast<double>(picture.pixels.size());
 }
 
@@ -130,7 +120,7 @@ TEST(Weather, AFlashBrightensSoftlyInEveryRainyRoom)
         for (int picture = 0; picture <= pictures; ++picture) {
             rain->image_index = static_cast<float>(picture % pictures);
             stage.frames(1);
-            steps.push_back(Luminance(stage.picture()));
+            steps.push_back(MeanLuminance(stage.picture()));
         }
         EXPECT_NEAR(steps.front(), steps.back(), 0.002) << room << " ends as dark as it began";
         EXPECT_GT(*std::max_element(steps.begin(), steps.end()), steps[0] * 1.005) << room;
