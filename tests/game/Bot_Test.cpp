@@ -24,6 +24,7 @@ constexpr int kLevelsOfAStage = 20;   // then a fresh program plays on
 constexpr int kLevels = 100;
 constexpr size_t kStory = 24;  // frames that are told when something is wrong
 constexpr float kCell = 52;    // pixels
+constexpr int kFramesToRest = 40;
 
 int Setting(const char* name, int fallback)
 {
@@ -87,6 +88,7 @@ public:
             wrong = Look();
         }
         for (Finger& finger : fingers_) stage_.release(finger.key);
+        if (wrong.empty()) wrong = ComeToRest();
         return wrong.empty() ? "" : room + ": " + wrong + Story();
     }
 
@@ -130,6 +132,18 @@ private:
             for (CInstance* wall : walls)
                 if (CollisionInstance(boxes[i], wall, true)) return "a box in a wall";
         }
+        return "";
+    }
+
+    // With all hands off the keys, whatever walks reaches its cell and stops.
+    std::string ComeToRest()
+    {
+        for (int i = 0; i < kFramesToRest; ++i) {
+            stage_.frames(1);
+            Remember();
+        }
+        for (const CInstance* each : All(stage_, {oPlayerArrows, oPlayerArrows2, oMonte}))
+            if (!Still(each) || !OnGrid(each)) return "something does not come to rest";
         return "";
     }
 
