@@ -326,6 +326,46 @@ TEST(PackScenery, NothingHidesTheField)
     }
 }
 
+// What stands in a level in numbers is not all alike, and takes no colour of its own.
+TEST(PackScenery, ThingsTakeTheTintsOfTheirRow)
+{
+    const Game& game = Game::Get();
+    for (const SceneryRow& row :
+         Scenery_Parse(game.tables, Table_Read(CONTENT_FOLDER, "scenery.txt"))) {
+        std::set<uint32_t> given(row.tints.begin(), row.tints.end()), seen;
+        if (given.empty()) given.insert(0xFFFFFFFFU);
+        for (const archive::Room& room : game.built.content.rooms) {
+            for (const archive::RoomInstance& i : room.instances) {
+                if (i.objectIndex == row.object) seen.insert(i.colour);
+            }
+        }
+        EXPECT_EQ(seen, given) << game.tables.objectNames.List()[static_cast<size_t>(row.object)];
+    }
+}
+
+TEST(PackScenery, NothingStandsBeforeTheLowerGate)
+{
+    const Game& game = Game::Get();
+    std::set<int> scenery;
+    for (const SceneryRow& row :
+         Scenery_Parse(game.tables, Table_Read(CONTENT_FOLDER, "scenery.txt"))) {
+        if (row.stand != Stand::sky) scenery.insert(row.object);
+    }
+    for (const archive::Room& room : game.built.content.rooms) {
+        if (room.name.rfind("room_level", 0) != 0) continue;
+        for (const archive::RoomInstance& i : room.instances) {
+            if (scenery.count(i.objectIndex) == 0) continue;
+            EXPECT_FALSE(i.x == kLowerGateX && i.y > kLowerGateY) << room.name;
+        }
+        for (const archive::RoomTile& tile : room.tiles) {
+            if (tile.depth > 0) continue;
+            EXPECT_FALSE(tile.x < kLowerGateX + kCell && tile.x + tile.width > kLowerGateX &&
+                         tile.y + tile.height > kLowerGateY)
+                << room.name;
+        }
+    }
+}
+
 // How many of each stand in how many rooms of the whole game. With all levels there,
 // nothing is short.
 TEST(PackScenery, EachObjectStandsInItsRoomsAndInItsNumber)
