@@ -347,9 +347,10 @@ void RenderVoice(const Voice& voice, double beat, int rate, Track* dry, std::vec
 
 }  // namespace
 
-Sound Synth_Render(const Score& score)
+Sound Synth_Render(const Score& score, int rate)
 {
     Sound sound;
+    sound.rate = rate;
     const double beat = 60 / score.tempo;
     const double seconds = score.beats * beat + (score.once ? kTail : 0);
     const auto frames = static_cast<size_t>(std::lround(seconds * sound.rate));

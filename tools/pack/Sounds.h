@@ -8,7 +8,9 @@
 
 namespace pack {
 
-inline constexpr int kSampleRate = 22050;  // samples a second, one channel, 16 bits
+// A whole part of the 48,000 frames a second of the output: its mixer repeats samples and
+// does not interpolate.
+inline constexpr int kSampleRate = 24000;  // samples a second, one channel, 16 bits
 
 // A RIFF wave file of the notes played together.
 std::vector<uint8_t> Sounds_Wave(const std::vector<Note>& notes);
