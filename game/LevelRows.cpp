@@ -18,6 +18,7 @@ constexpr Row rows[] = {
     {oProximo, sProximo, firstRow, 'N', key_n, apertado_n},
     {oRecomecarPause, sRecomecarPause, secondRow, 'E', key_e, apertado_e},
     {oVoltarMenu, sVoltarMenu, thirdRow, 'M', key_m, apertado_m},
+    {oSubmit, sSubmit, firstRow, 'S', key_s, apertado_s},
 };
 
 const Row& row_of(const CInstance* self)
@@ -111,6 +112,12 @@ void vxl_Object_oRecomecarPause_Keyboard_E(CInstance* self, CInstance* other)
 }
 
 void vxl_Object_oVoltarMenu_Keyboard_M(CInstance* self, CInstance* other)
+{
+    Frame frame(self, other);
+    self->var(row_of(self).held) = 1;
+}
+
+void vxl_Object_oSubmit_Keyboard_S(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
     self->var(row_of(self).held) = 1;

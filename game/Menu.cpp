@@ -52,9 +52,8 @@ void draw_highlight(CInstance* self, MenuEntries entries)
 {
     const auto at = static_cast<size_t>(double(self->var(mpos)));
     if (at >= entries.size()) return;
-    const MenuEntry& entry = entries[at];
-    draw_sprite(self, entry.highlight.sprite, entry.highlight.frame, entry.spot.x(),
-                entry.spot.y());
+    const auto& [sprite_, frame, aside] = entries[at].highlight;
+    draw_sprite(self, sprite_, frame, entries[at].spot.x() + aside, entries[at].spot.y() + aside);
 }
 
 bool wake_hit_areas(CInstance* self)

@@ -29,9 +29,11 @@ inline constexpr MenuWay menuRight = {
 struct Highlight {
     Sprite sprite;
     int frame;
+    double aside = 0;  // pixels from the entry's corner, both ways
 };
 inline constexpr Highlight overRow{sSelecionaMenu, 4}, overIcon{sSelecionaConquistas, 0},
     overCard{sSelecionaAjuda, 0}, overSwitch{sSelecionaSom, 0};
+inline constexpr Highlight overSmallIcon{sSelecionaConquistas, 0, -5};  // of 60 by 60 pixels
 
 struct MenuEntry {
     const char* tag;

@@ -14,12 +14,12 @@ constexpr Question beginningAnew{oTelaConfirmaRecomeca, oConfirmaRecomeca, oConf
                                  oMenuConfirmaRecomeca};
 
 constexpr Spot middleButton{0.5, -30, 0.5, -70};
-constexpr MenuEntry yesAndNo[] = {{"confirma", middleButton, overIcon},
-                                  {"volta", closeCorner, overIcon}};
+constexpr MenuEntry yesAndNo[] = {{"confirma", middleButton, overSmallIcon},
+                                  {"volta", closeCorner, overSmallIcon}};
 // Who has not rated the game yet, on a touch platform, is asked to.
 constexpr MenuEntry rateYesAndNo[] = {{"avaliar", {0.5, -100, 0.5, -70}, overIcon},
-                                      {"confirma", {0.5, 30, 0.5, -70}, overIcon},
-                                      {"volta", closeCorner, overIcon}};
+                                      {"confirma", {0.5, 30, 0.5, -70}, overSmallIcon},
+                                      {"volta", closeCorner, overSmallIcon}};
 
 // ---- a question opens
 // All sleeps meanwhile, also what asks.

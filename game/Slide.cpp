@@ -1,18 +1,12 @@
 // Turning a page of the map: the old page slides out and the new one in. The slide is
 // two pictures, one of each room; the new room runs under it, unseen.
 
+#include "game/Curves.h"
 #include "game/Gamepad.h"
 
 namespace {
 
 constexpr double slidesASecond = 3;
-
-// Robert Penner's "ease out quad": fast at first, then slower. `u` is the share of the
-// time that has passed, 0 to 1.
-double ease_out_quad(double u, double start, double change)
-{
-    return -change * u * (u - 2) + start;
-}
 
 double picture_of_screen()
 {
@@ -45,7 +39,7 @@ void draw_slide(CInstance* self, double way)
         draw_if_it_exists(self->var(sur_oldroom), 0);
         return;
     }
-    const double d = ease_out_quad(passed / self->var(maxframes), 0, room_width);
+    const double d = ease_out_quad(passed, 0, room_width, self->var(maxframes));
     draw_if_it_exists(self->var(sur_oldroom), way * d);
     draw_if_it_exists(self->var(sur_newroom), way * (d - room_width));
 }

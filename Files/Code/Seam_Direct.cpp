@@ -164,6 +164,12 @@ void draw_set_valign(int32_t align, Here line)
     Text_SetVAlign(align);
 }
 
+void draw_text(double px, double py, const char* text, Here line)
+{
+    Frame::Line(line);
+    Text_Draw(text, TextPlace{F(px), F(py)});
+}
+
 void draw_rectangle(double x1, double y1, double x2, double y2, bool outline, Here line)
 {
     Frame::Line(line);

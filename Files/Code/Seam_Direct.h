@@ -58,6 +58,7 @@ void draw_set_alpha(double alpha, Here line = Here::current());
 void draw_set_font(Font font, Here line = Here::current());
 void draw_set_halign(int32_t align, Here line = Here::current());  // fa_left, fa_center, fa_right
 void draw_set_valign(int32_t align, Here line = Here::current());  // fa_top, fa_middle, fa_bottom
+void draw_text(double px, double py, const char* text, Here line = Here::current());
 void draw_rectangle(double x1, double y1, double x2, double y2, bool outline,
                     Here line = Here::current());
 

@@ -42,6 +42,29 @@ TEST(Idle, AFrameOfTheScreensBeforeItAllocatesNothing)
     }
 }
 
+TEST(Idle, AFrameOfAMenuThatIsUpAllocatesNothing)
+{
+    const struct {
+        const char* room;
+        int seen;
+        std::initializer_list<int> keys;
+        Object up;
+    } menus[] = {{"room_level1", 3, {'\r'}, oMenuPauseNovo},
+                 {"room_titulo", 260, {40, '\r'}, oMenuOptionsNovo},
+                 {"room_titulo", 260, {38, '\r'}, oMenuSair},
+                 {"room_personagem", 3, {'\r'}, oMenuGameMode}};
+    for (const auto& menu_ : menus) {
+        Stage stage;
+        stage.room(menu_.room).frames(menu_.seen);
+        for (const int key : menu_.keys) stage.tap(key).frames(1);
+        stage.frames(90);
+        ASSERT_EQ(stage.count(menu_.up), 1);
+        const uint64_t before = MemoryManager::GetStats().calls;
+        stage.frames(60);
+        EXPECT_EQ(MemoryManager::GetStats().calls, before) << menu_.room << ' ' << menu_.up.index;
+    }
+}
+
 TEST(Idle, ALevelIsAHandfulOfDrawCalls)
 {
     Stage stage;
