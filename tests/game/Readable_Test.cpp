@@ -272,6 +272,7 @@ TEST(Readable, ThingsStandOutInEveryLevel)
     for (int number = 1; number <= 100; ++number) {
         const std::string name = "room_level" + std::to_string(number);
         stage.room(name).frames(1);
+        Show(stage, oControl, false);  // whose symbol lies over the corner
         if (stage.find(oMonte)) ++levels;
         calls = std::max(calls, static_cast<int>(g_GraphicsStats.drawCalls));
         for (const Object cloud : kClouds) Show(stage, cloud, false);
@@ -328,6 +329,7 @@ TEST(Readable, ThingsStandOutUnderEveryWeather)
     for (int number = 1; number <= 100; ++number) {
         const std::string name = "room_level" + std::to_string(number);
         stage.room(name).frames(1);
+        Show(stage, oControl, false);
         CInstance* cloud = nullptr;
         for (const Object kind : kClouds) {
             Show(stage, kind, false);
