@@ -271,7 +271,8 @@ void Audio_HardStop(AudioVoice* voice)
         return;
     }
     alSourceStop(g_Sources[static_cast<size_t>(voice->source)]);
-    Audio_Check("OpenAL error: %d\n");
+    if (const ALenum error = alGetError())
+        g_DebugConsole->Output("Error stopping sound %d error code %d\n", voice->sound, error);
     Audio_ReleaseVoice(voice);
 }
 

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <set>
 
+#include "Files/Base/Archive_Writer.h"
 #include "Files/Sound/Audio_Main.h"
 #include "Files/Sound/Audio_Voices.h"
 #include "Host/Host_Stage_Audio.h"
@@ -275,6 +276,42 @@ TEST(SoundFiles, WhatIsMissingOrBrokenIsToldAndStaysSilent)
     EXPECT_FALSE(Audio_IsPlaying(voice));
     EXPECT_NE(stage.console().find(": ov_open error -"), std::string::npos);
     unlink(broken.c_str());
+}
+
+// Compressed sounds can also lie in the archive: decoded while they play, or at the start.
+TEST(SoundFiles, CompressedSoundsOfTheArchivePlay)
+{
+    archive::Content content;
+    std::string fault;
+    ASSERT_TRUE(archive::Read(Stage::game_archive(), &content, &fault)) << fault;
+    std::ifstream file(TONES_FOLDER "/long.ogg", std::ios::binary);
+    const std::vector<uint8_t> ogg{std::istreambuf_iterator<char>(file), {}};
+    for (const Sound sound : {xClick, xFimFase, xAbriu}) {
+        archive::Sound& record = content.sounds[static_cast<size_t>(sound.index)];
+        record.flags = sound.index == xClick.index ? 102 : 103;
+        content.waves[static_cast<size_t>(record.audioIndex)] = ogg;
+    }
+    content.waves[static_cast<size_t>(content.sounds[4].audioIndex)].resize(100);  // xAbriu
+    Stage::Options options = WithSound();
+    options.archiveBytes = archive::Write(content);
+    Stage stage(options);
+    stage.frames(1);
+    EXPECT_NE(stage.console().find("Decoding ogg xFimFase ...\n"), std::string::npos);
+    EXPECT_NE(stage.console().find(" opening ogg stream for xAbriu\n"), std::string::npos);
+    for (const Sound sound : {xClick, xFimFase}) {
+        Stage_KeepSound(true);
+        Audio_PlaySound(sound.index, 1, false);
+        EXPECT_NEAR(Audio_Length(sound.index), 30000.0 / 48000, 1e-5);
+        stage.frames(10);
+        EXPECT_TRUE(Audio_IsPlaying(sound.index));
+        stage.frames(14);
+        EXPECT_FALSE(Audio_IsPlaying(sound.index));
+        const auto loud = std::count_if(Stage_Sound().begin(), Stage_Sound().end(),
+                                        [](int16_t sample) { return std::abs(sample) > 500; });
+        EXPECT_NEAR(static_cast<double>(loud), 60000 * 0.97, 2000);
+    }
+    Audio_PlaySound(xAbriu.index, 1, false);
+    EXPECT_FALSE(Audio_IsPlaying(xAbriu.index)) << "what can't be read stays silent";
 }
 
 // The desktop's threads: the workers decode and the output's thread mixes while frames run,
