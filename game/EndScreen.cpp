@@ -69,8 +69,8 @@ RValue& vxl_Script_scr_menu_fim_fase(CInstance* self, CInstance* other, RValue& 
                                      RValue**)
 {
     Frame frame(self, other);
-    if (self->var(mpos) == 0) go_to_next_level();
-    if (self->var(mpos) == 1) play_again();
+    if (self->var(mpos) == 0) go_to_next_level(self);
+    if (self->var(mpos) == 1) play_again(self);
     if (self->var(mpos) == 2) go_to_map(self);
     return result;
 }

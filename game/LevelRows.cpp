@@ -33,9 +33,11 @@ bool there_is_a_next_level()
     return room_exists(room_next(room));
 }
 
-// The music, which a pause turned down, comes back while the screen darkens.
-void leave_to(double target)
+// The music, which a pause turned down, comes back while the screen darkens. A second
+// press on the way into a level would only show the level's title twice.
+void leave_to(CInstance* self, double target)
 {
+    if (fading(self)) return;
     click();
     audio_sound_gain(musica, 1, 500);
     fade_to(target);
@@ -48,14 +50,14 @@ void go_on_playing()
     pausado = pausado ? 0 : 1;
 }
 
-void go_to_next_level()
+void go_to_next_level(CInstance* self)
 {
-    if (there_is_a_next_level()) leave_to(room_next(room));
+    if (there_is_a_next_level()) leave_to(self, room_next(room));
 }
 
-void play_again()
+void play_again(CInstance* self)
 {
-    leave_to(room);
+    leave_to(self, room);
 }
 
 void go_to_map(CInstance* self)
@@ -132,13 +134,13 @@ void vxl_Object_oContinuar_KeyRelease_C(CInstance* self, CInstance* other)
 void vxl_Object_oProximo_KeyRelease_N(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    go_to_next_level();
+    go_to_next_level(self);
 }
 
 void vxl_Object_oRecomecarPause_KeyRelease_E(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    play_again();
+    play_again(self);
 }
 
 void vxl_Object_oVoltarMenu_KeyRelease_M(CInstance* self, CInstance* other)

@@ -9,8 +9,8 @@ inline constexpr Spot secondRow{0.5, -rowWidth / 2, 0.4, 0};
 inline constexpr Spot thirdRow{0.5, -rowWidth / 2, 0.55, 0};
 
 void go_on_playing();  // the pause ends in its next step
-void go_to_next_level();
-void play_again();
+void go_to_next_level(CInstance* self);
+void play_again(CInstance* self);
 void go_to_map(CInstance* self);
 
 // The mouse lets a row go; on touch platforms the row's key answers.

@@ -178,7 +178,7 @@ RValue& vxl_Script_scr_menu_pause(CInstance* self, CInstance* other, RValue& res
     Frame frame(self, other);
     const int entry = static_cast<int>(double(self->var(mpos)));
     if (entry == resume) go_on_playing();
-    if (entry == again) play_again();
+    if (entry == again) play_again(self);
     if (entry == toMap) go_to_map(self);
     if (entry > toMap && entry < static_cast<int>(std::size(entries)))
         use_button(self, entries[entry].button);

@@ -47,6 +47,17 @@ TEST(EndMenu, ItsEntriesLeadOnAgainAndToTheMapByKeysPadAndMouse)
         }
 }
 
+TEST(EndMenu, ASecondPressOnTheWayDoesNotShowTheTitleAgain)
+{
+    EndStory end("room_level2");
+    end.key(keyEnter);
+    end.stage.frames(3);
+    end.key(keyEnter);
+    EXPECT_EQ(end.stage.count(oTransicao), 1);
+    EXPECT_EQ(end.after(), "room_level3");
+    EXPECT_EQ(end.stage.count(oTransicao), 0);
+}
+
 TEST(EndMenu, WrapsFollowsTheMouseAndHasNoNextLevelAtTheEnd)
 {
     EndStory end("room_level100");
