@@ -35,7 +35,7 @@ void turn_page(CInstance* self, double pages)
 
 bool key_closes()
 {
-    return keyboard_check_pressed(keyEnter) || keyboard_check_pressed(keySpace) ||
+    return enter_pressed() || keyboard_check_pressed(keySpace) ||
            keyboard_check_pressed(keyBackspace);
 }
 

@@ -120,6 +120,5 @@ void put_cursor(CInstance* self, Object controller, double entry)
 
 bool menu_confirmed(CInstance* self)
 {
-    return keyboard_check_pressed(keyEnter) || keyboard_check_pressed(keySpace) ||
-           pad_accepts(self);
+    return enter_pressed() || keyboard_check_pressed(keySpace) || pad_accepts(self);
 }

@@ -103,7 +103,7 @@ void vxl_Object_oPause_Create(CInstance* self, CInstance* other)
 void vxl_Object_oPause_KeyPress_Enter(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    if (!self->var(esperaSoltar)) go_on_playing();
+    if (!self->var(esperaSoltar) && !keyboard_check(keyAlt)) go_on_playing();
 }
 
 void vxl_Object_oPause_Step(CInstance* self, CInstance* other)

@@ -28,6 +28,7 @@ inline bool on_touch_platform()
 enum Key : int32_t {
     keyBackspace = 8,
     keyEnter = 13,
+    keyAlt = 18,
     keyP = 'P',
     keySpace = 32,
     keyLeft = 37,
@@ -43,6 +44,12 @@ enum Key : int32_t {
     keyW = 'W',
     keyZ = 'Z',
 };
+
+// Alt and Enter together are the full screen's switch, and nothing of the game.
+inline bool enter_pressed()
+{
+    return keyboard_check_pressed(keyEnter) && !keyboard_check(keyAlt);
+}
 
 // Colours are 0xBBGGRR.
 using Colour = uint32_t;

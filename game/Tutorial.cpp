@@ -10,8 +10,8 @@ constexpr double lastOfEnglish = 8;
 
 bool asks_for_next_page(CInstance* self)
 {
-    return keyboard_check_pressed(keySpace) || keyboard_check_pressed(keyEnter) ||
-           pad_accepts(self) || mouse_check_button_pressed(1);
+    return keyboard_check_pressed(keySpace) || enter_pressed() || pad_accepts(self) ||
+           mouse_check_button_pressed(1);
 }
 
 }  // namespace

@@ -290,6 +290,21 @@ TEST(PauseScreen, EnterNeverUsesAnEntry)
     EXPECT_EQ(screen.count(oMenuOptionsNovo), 1);
 }
 
+TEST(PauseScreen, AltAndEnterAreTheFullScreensAlone)
+{
+    Pause level;
+    level.hold(keyAlt).frames(1);
+    level.key(keyEnter);
+    EXPECT_FALSE(level.paused_());
+    level.release(keyAlt).frames(1);
+    level.key(keyEnter);
+    EXPECT_TRUE(level.paused_());
+    level.room("room_personagem").frames(3);
+    level.hold(keyAlt).frames(1);
+    level.key(keyEnter);
+    EXPECT_EQ(level.global_text("playerMode"), "onePlayer");
+}
+
 // ---- steering
 
 struct Walk {
