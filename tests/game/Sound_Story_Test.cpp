@@ -264,6 +264,11 @@ TEST(SoundFiles, WhatIsMissingOrBrokenIsToldAndStaysSilent)
     const std::string broken = testing::TempDir() + "broken" + std::to_string(getpid()) + ".ogg";
     std::ofstream(broken) << "no music at all";
     options.beside.emplace_back("xMundo1.ogg", broken);
+    archive::Content content;
+    std::string fault;
+    ASSERT_TRUE(archive::Read(Stage::game_archive(), &content, &fault)) << fault;
+    content.waves[0].resize(60);  // xClick
+    options.archiveBytes = archive::Write(content);
     Stage stage(options);
     stage.frames(1);
     EXPECT_GT(Audio_PlaySound(xFase1.index, 1, true), 400000);
@@ -276,6 +281,11 @@ TEST(SoundFiles, WhatIsMissingOrBrokenIsToldAndStaysSilent)
     EXPECT_FALSE(Audio_IsPlaying(voice));
     EXPECT_NE(stage.console().find(": ov_open error -"), std::string::npos);
     unlink(broken.c_str());
+    Audio_PlaySound(xClick.index, 1, false);
+    EXPECT_FALSE(Audio_IsPlaying(xClick.index));
+    EXPECT_NE(stage.console().find("The wave of sound xClick can't be played: a chunk ends behind "
+                                   "the file\n"),
+              std::string::npos);
 }
 
 // Compressed sounds can also lie in the archive: decoded while they play, or at the start.

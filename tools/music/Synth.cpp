@@ -9,7 +9,8 @@ namespace music {
 namespace {
 
 constexpr double kTurn = 6.283185307179586;
-constexpr double kTail = 2.5;   // seconds that a signal rings on
+constexpr double kTail = 2.5;  // seconds that a signal rings on
+constexpr double kSwellHertz = 5.3;
 constexpr float kPeak = 0.85F;  // no sample is louder
 
 // Noise that is the same everywhere (xorshift, G. Marsaglia, 2003).
@@ -37,103 +38,36 @@ struct Patch {
     const char* name;
     double attack, release;  // seconds
     double decay;            // 1 a second, of the whole
-    double vibrato;          // share of the frequency
+    double swell;            // share of the loudness that comes and goes
     double breath;           // loudness of noise
     std::vector<Partial> partials;
 };
 
+// clang-format off
 const std::vector<Patch>& Patches()
 {
     static const std::vector<Patch> patches = {
-        {"flute",
-         0.05,
-         0.09,
-         0.15,
-         0.004,
-         0.006,
-         {{1, 1, 0}, {2, 0.32, 0}, {3, 0.10, 0}, {4, 0.03, 0}}},
-        {"whistle", 0.03, 0.07, 0.2, 0.006, 0.009, {{1, 1, 0}, {2, 0.06, 0}, {3, 0.03, 0}}},
-        {"clarinet",
-         0.03,
-         0.07,
-         0.2,
-         0.003,
-         0.004,
-         {{1, 1, 0}, {3, 0.42, 0}, {5, 0.2, 0}, {7, 0.1, 0}, {2, 0.05, 0}}},
-        {"reed",
-         0.02,
-         0.06,
-         0.3,
-         0.004,
-         0.003,
-         {{1, 0.7, 0}, {2, 0.6, 0}, {3, 0.5, 0}, {4, 0.35, 0}, {5, 0.22, 0}, {6, 0.12, 0}}},
-        {"strings",
-         0.16,
-         0.28,
-         0,
-         0.003,
-         0.004,
-         {{0.997, 0.5, 0},
-          {1.003, 0.5, 0},
-          {2.004, 0.34, 0},
-          {2.996, 0.2, 0},
-          {4.006, 0.1, 0},
-          {5, 0.05, 0}}},
-        {"pad",
-         0.35,
-         0.5,
-         0,
-         0.002,
-         0,
-         {{0.996, 0.55, 0}, {1.004, 0.55, 0}, {2, 0.2, 0}, {3, 0.06, 0}}},
-        {"organ", 0.02, 0.06, 0, 0.001, 0, {{0.5, 0.4, 0}, {1, 0.8, 0}, {2, 0.4, 0}, {4, 0.16, 0}}},
-        {"pluck",
-         0.002,
-         0.12,
-         2.2,
-         0,
-         0,
-         {{1, 0.9, 0.2}, {2, 0.5, 1.5}, {3, 0.34, 3}, {4, 0.2, 4.5}, {5, 0.14, 6}, {6, 0.08, 8}}},
-        {"harp", 0.003, 0.4, 1.4, 0, 0, {{1, 1, 0.2}, {2, 0.35, 1.6}, {3, 0.2, 3.2}, {4, 0.07, 5}}},
-        {"piano",
-         0.002,
-         0.14,
-         1.1,
-         0,
-         0,
-         {{1, 0.9, 0.3},
-          {2.001, 0.42, 1},
-          {3.004, 0.24, 1.8},
-          {4.01, 0.14, 2.6},
-          {5.02, 0.08, 3.6},
-          {6.03, 0.05, 5}}},
-        {"bell",
-         0.002,
-         0.8,
-         1.6,
-         0,
-         0,
-         {{1, 0.8, 0}, {2.76, 0.35, 1.6}, {5.4, 0.18, 4}, {8.93, 0.07, 9}}},
-        {"glock", 0.001, 0.5, 3, 0, 0, {{1, 0.9, 0}, {2.76, 0.22, 6}, {5.4, 0.12, 14}}},
-        {"marimba", 0.002, 0.12, 6, 0, 0, {{1, 1, 0}, {3.93, 0.28, 12}, {9.2, 0.08, 30}}},
-        {"bass", 0.006, 0.07, 1.4, 0, 0, {{1, 1, 0}, {2, 0.45, 1.2}, {3, 0.18, 3}, {4, 0.08, 5}}},
-        {"tuba",
-         0.03,
-         0.08,
-         0.6,
-         0.002,
-         0.004,
-         {{1, 1, 0}, {2, 0.55, 0}, {3, 0.3, 0.5}, {4, 0.12, 1}}},
-        {"square",
-         0.004,
-         0.04,
-         0.8,
-         0.003,
-         0,
-         {{1, 0.8, 0}, {3, 0.27, 0}, {5, 0.16, 0}, {7, 0.1, 0}, {9, 0.06, 0}}},
+        // name   attack release decay swell  breath   partials: ratio, loudness, decay
+        {"flute",    0.05,  0.09, 0.15, 0.07,  0.006, {{1, 1, 0}, {2, 0.32, 0}, {3, 0.1, 0}, {4, 0.03, 0}}},
+        {"whistle",  0.03,  0.07, 0.2,  0.11,  0.009, {{1, 1, 0}, {2, 0.06, 0}, {3, 0.03, 0}}},
+        {"clarinet", 0.03,  0.07, 0.2,  0.05,  0.004, {{1, 1, 0}, {2, 0.05, 0}, {3, 0.42, 0}, {5, 0.2, 0}, {7, 0.1, 0}}},
+        {"reed",     0.02,  0.06, 0.3,  0.07,  0.003, {{1, 0.7, 0}, {2, 0.6, 0}, {3, 0.5, 0}, {4, 0.35, 0}, {5, 0.22, 0}, {6, 0.12, 0}}},
+        {"strings",  0.16,  0.28, 0,    0.05,  0.004, {{0.997, 0.5, 0}, {1.003, 0.5, 0}, {2.004, 0.34, 0}, {2.996, 0.2, 0}, {4.006, 0.1, 0}, {5, 0.05, 0}}},
+        {"pad",      0.35,  0.5,  0,    0.04,  0,     {{0.996, 0.55, 0}, {1.004, 0.55, 0}, {2, 0.2, 0}, {3, 0.06, 0}}},
+        {"organ",    0.02,  0.06, 0,    0.02,  0,     {{0.5, 0.4, 0}, {1, 0.8, 0}, {2, 0.4, 0}, {4, 0.16, 0}}},
+        {"pluck",    0.002, 0.12, 2.2,  0,     0,     {{1, 0.9, 0.2}, {2, 0.5, 1.5}, {3, 0.34, 3}, {4, 0.2, 4.5}, {5, 0.14, 6}, {6, 0.08, 8}}},
+        {"harp",     0.003, 0.4,  1.4,  0,     0,     {{1, 1, 0.2}, {2, 0.35, 1.6}, {3, 0.2, 3.2}, {4, 0.07, 5}}},
+        {"piano",    0.002, 0.14, 1.1,  0,     0,     {{1, 0.9, 0.3}, {2.001, 0.42, 1}, {3.004, 0.24, 1.8}, {4.01, 0.14, 2.6}, {5.02, 0.08, 3.6}, {6.03, 0.05, 5}}},
+        {"bell",     0.002, 0.8,  1.6,  0,     0,     {{1, 0.8, 0}, {2.76, 0.35, 1.6}, {5.4, 0.18, 4}, {8.93, 0.07, 9}}},
+        {"glock",    0.001, 0.5,  3,    0,     0,     {{1, 0.9, 0}, {2.76, 0.22, 6}, {5.4, 0.12, 14}}},
+        {"marimba",  0.002, 0.12, 6,    0,     0,     {{1, 1, 0}, {3.93, 0.28, 12}, {9.2, 0.08, 30}}},
+        {"bass",     0.006, 0.07, 1.4,  0,     0,     {{1, 1, 0}, {2, 0.45, 1.2}, {3, 0.18, 3}, {4, 0.08, 5}}},
+        {"tuba",     0.03,  0.08, 0.6,  0.04,  0.004, {{1, 1, 0}, {2, 0.55, 0}, {3, 0.3, 0.5}, {4, 0.12, 1}}},
+        {"square",   0.004, 0.04, 0.8,  0.05,  0,     {{1, 0.8, 0}, {3, 0.27, 0}, {5, 0.16, 0}, {7, 0.1, 0}, {9, 0.06, 0}}},
     };
     return patches;
 }
+// clang-format on
 
 const Patch& FindPatch(const Voice& voice)
 {
@@ -173,13 +107,11 @@ std::vector<float> Tone(const Patch& patch, int key, double seconds, int rate)
     for (const Partial& partial : patch.partials) {
         const double hertz = Hertz(key) * partial.ratio;
         if (hertz > rate * 0.42) continue;
-        Turning sine(kTurn * hertz / rate), wave(kTurn * 5.3 / rate);
+        Turning sine(kTurn * hertz / rate), wave(kTurn * kSwellHertz / rate);
         const double fall = std::exp(-partial.decay / rate);
-        // The vibrato is heard as a small swell, which costs no second phase.
         double loudness = partial.loudness;
         for (size_t i = 0; i < frames; ++i, loudness *= fall)
-            out[i] +=
-                static_cast<float>(loudness * (1 + patch.vibrato * 18 * wave.Next()) * sine.Next());
+            out[i] += static_cast<float>(loudness * (1 + patch.swell * wave.Next()) * sine.Next());
     }
     Noise noise(static_cast<uint32_t>(key) * 31U + static_cast<uint32_t>(frames));
     double held = 1;
