@@ -61,8 +61,7 @@ struct Kept {
     std::string level, play;  // of the level's file, and of its play
 };
 struct Hashes {
-    std::string archive;  // of the content that the run was played with
-    std::string state;    // of the world at each level's end, folded
+    std::string state;  // of the world at each level's end, folded
     std::map<std::string, Kept> levels;
 };
 
@@ -81,7 +80,7 @@ inline Hashes ReadHashes(const std::string& run)
         std::string name;
         words >> name;
         if (name == "state")
-            words >> hashes.archive >> hashes.state;
+            words >> hashes.state;
         else
             words >> hashes.levels[name].level >> hashes.levels[name].play;
     }
@@ -92,10 +91,9 @@ inline void WriteHashes(const std::string& run, const Hashes& hashes)
 {
     std::ofstream file(HashFile(run));
     file << "# What this run of the campaign looks like. After a change that is meant,\n"
-            "# MARLOWICK_KEEP_HASHES=1 build/release/tests/test_playthrough keeps it anew. The "
-            "state\n"
-            "# holds for the archive with the hash before it, a level for its file.\n";
-    file << "state " << hashes.archive << ' ' << hashes.state << '\n';
+            "# MARLOWICK_KEEP_HASHES=1 build/release/tests/test_playthrough keeps it anew: the\n"
+            "# state of the world at the levels' ends, and for each level its file and its play.\n";
+    file << "state " << hashes.state << '\n';
     for (const auto& [name, kept] : hashes.levels)
         file << name << ' ' << kept.level << ' ' << kept.play << '\n';
 }

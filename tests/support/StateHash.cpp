@@ -5,7 +5,10 @@
 #include "Files/Base/VXObjectBase.h"
 #include "Files/Function/Function_Registry.h"
 #include "Files/Object/CInstance.h"
+#include "Files/Object/Object_Main.h"
 #include "Files/Room/Room_Main.h"
+#include "Files/Sprite/CSprite.h"
+#include "Files/Variable/Variable_BuiltIn.h"
 
 namespace {
 
@@ -44,18 +47,22 @@ void AddValue(Fnv* fnv, const RValue& value)
     }
 }
 
-void AddSlot(void* context, int32_t slot, RValue* value)
+// By name, here and below: what the content gains elsewhere moves the numbers.
+template <const char* (*NameOf)(int32_t)>
+void AddVariable(void* context, int32_t slot, RValue* value)
 {
     auto* fnv = static_cast<Fnv*>(context);
-    fnv->Plain(slot);
+    const char* name = NameOf(slot);
+    fnv->Text(name ? name : "");
     AddValue(fnv, *value);
 }
 
 void AddInstance(Fnv* fnv, const CInstance& instance)
 {
-    for (const int32_t field : {instance.id, instance.object_index, instance.sprite_index,
-                                instance.mask_index, instance.image_blend})
-        fnv->Plain(field);
+    fnv->Text(Object_Name(instance.object_index));
+    for (const int32_t sprite : {instance.sprite_index, instance.mask_index})
+        fnv->Text(Sprite_Name(sprite));
+    fnv->Plain(instance.image_blend);
     for (const float field :
          {instance.x, instance.y, instance.xprevious, instance.yprevious, instance.hspeed,
           instance.vspeed, instance.direction, instance.speed, instance.image_index,
@@ -66,7 +73,7 @@ void AddInstance(Fnv* fnv, const CInstance& instance)
     for (const bool flag : {instance.visible, instance.solid, instance.persistent, instance.marked,
                             instance.deactivated})
         fnv->Plain(flag);
-    instance.VisitVars(AddSlot, fnv);
+    instance.VisitVars(AddVariable<Code_Variable_InstanceName>, fnv);
 }
 
 }  // namespace
@@ -74,13 +81,13 @@ void AddInstance(Fnv* fnv, const CInstance& instance)
 uint64_t StateHash_World()
 {
     Fnv fnv;
-    fnv.Plain(Current_Room);
+    fnv.Text(Room_Name(Current_Room));
     fnv.Plain(Random_GetSeed());
     if (Run_Room) {
         for (const CInstance* at = Run_Room->activeHead; at; at = at->next) AddInstance(&fnv, *at);
         for (const CInstance* at = Run_Room->deactivatedHead; at; at = at->next)
             AddInstance(&fnv, *at);
     }
-    if (g_Global) g_Global->VisitVars(AddSlot, &fnv);
+    if (g_Global) g_Global->VisitVars(AddVariable<Code_Variable_GlobalName>, &fnv);
     return fnv.hash();
 }
