@@ -423,6 +423,21 @@ TEST_F(Music, WithTheSoundOffNothingBegins)
     EXPECT_EQ(Track(), xMundo1.index);
 }
 
+TEST_F(Music, APauseMakesItQuieterAndTheNextTrackIsLoudAgain)
+{
+    Enter("room_level1");
+    const int32_t level = Track();
+    stage.tap(13).frames(120);  // the fade begins anew in each of them: it draws near
+    EXPECT_NEAR(Audio_GetGain(level), 0.3, 0.01);
+    EXPECT_EQ(Audio_SoundOf(Playing()), Audio_Data(level)) << "it plays on";
+    stage.tap(13).frames(40);
+    EXPECT_NEAR(Audio_GetGain(level), 1, 1e-5);
+    stage.tap(13).frames(40);
+    Enter("room_menu1");
+    EXPECT_EQ(Track(), xMundo1.index);
+    EXPECT_NEAR(Audio_GetGain(xMundo1.index), 1, 1e-5);
+}
+
 TEST(MusicOff, TheSavedSwitchKeepsTheTitleSilent)
 {
     Stage::Options options = WithSound();
