@@ -79,6 +79,19 @@ bool is_still(CInstance* who);  // has no speed of its own
 bool is_moving(CInstance* self, const Figure& figure);
 bool a_movement_key_is_held();  // of either figure
 
+// Where someone who walks is headed: -1, 0 or 1 in each axis.
+struct Heading {
+    double x, y;
+};
+Heading heading_of(CInstance* who);
+void set_speed(CInstance* who, double h, double v);
+// How far the other stands in front, in pixels; behind below 0.
+double in_front(CInstance* who, const Heading& to, CInstance* other);
+// In the row or column that `who` walks along.
+bool in_line(CInstance* who, const Heading& to, CInstance* other);
+// A box in the figure's way stops and stands right before it.
+void stop_before(CInstance* who, const Heading& to, CInstance* box);
+
 // Starts to show the steps that lead in a direction.
 void show_walking(CInstance* self, const Figure& figure, const Direction& direction);
 

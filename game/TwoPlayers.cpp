@@ -153,33 +153,6 @@ void send_back(CInstance* who, const Direction& way, Target box)
     }
 }
 
-void set_speed(CInstance* who, double h, double v)
-{
-    who->var(hspeed) = h;
-    who->var(vspeed) = v;
-}
-
-// Where a walking figure is headed: -1, 0 or 1 in each axis.
-struct Heading {
-    double x, y;
-};
-Heading heading_of(CInstance* who)
-{
-    const double h = who->var(hspeed), v = who->var(vspeed);
-    return {double((h > 0) - (h < 0)), double((v > 0) - (v < 0))};
-}
-
-// How far the box stands in front of the figure, in pixels; behind it below 0.
-double in_front(CInstance* who, const Heading& to, CInstance* box)
-{
-    return (box->var(x) - who->var(x)) * to.x + (box->var(y) - who->var(y)) * to.y;
-}
-
-bool in_line(CInstance* who, const Heading& to, CInstance* box)
-{
-    return to.x != 0 ? box->var(y) == who->var(y) : box->var(x) == who->var(x);
-}
-
 // The box that a figure had pushed before it turned, left between two cells, comes along.
 void take_box_behind_along(CInstance* who, const Figure& figure, const Heading& to)
 {
@@ -198,9 +171,7 @@ void push_box_in_front_again(CInstance* who, const Figure& figure, const Heading
         for (CInstance* box : With(who, touched)) {
             if (in_front(who, to, box) <= 0 || !in_line(who, to, box)) continue;
             if (box->var(to.x != 0 ? hspeed : vspeed) == 0) continue;
-            set_speed(box, 0, 0);
-            box->var(x) = who->var(x) + to.x * cell;
-            box->var(y) = who->var(y) + to.y * cell;
+            stop_before(who, to, box);
         }
     });
 }
@@ -263,11 +234,19 @@ void push_against_player_two(CInstance* self)
 
 namespace {
 
+// The other figure has run into this one from behind.
+bool walks_away_from(CInstance* self, CInstance* other)
+{
+    const Heading to = heading_of(self);
+    return in_line(self, to, other) && in_front(self, to, other) < 0;
+}
+
 // Each is a wall for the other. One that was stopped between two cells walks back once
 // no key drives it any more.
-void meet(CInstance* self, const Figure& figure)
+void meet(CInstance* self, CInstance* other, const Figure& figure)
 {
     if (on_grid(self) || a_movement_key_is_held()) return;
+    if (walks_away_from(self, other)) return;
     turn_round(self, figure);
 }
 
@@ -276,11 +255,11 @@ void meet(CInstance* self, const Figure& figure)
 void vxl_Object_oPlayerArrows_Collision_oPlayerArrows2(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    meet(self, playerOne);
+    meet(self, other, playerOne);
 }
 
 void vxl_Object_oPlayerArrows2_Collision_oPlayerArrows(CInstance* self, CInstance* other)
 {
     Frame frame(self, other);
-    meet(self, playerTwo);
+    meet(self, other, playerTwo);
 }

@@ -37,6 +37,35 @@ bool a_movement_key_is_held()
     return false;
 }
 
+Heading heading_of(CInstance* who)
+{
+    const double h = who->var(hspeed), v = who->var(vspeed);
+    return {double((h > 0) - (h < 0)), double((v > 0) - (v < 0))};
+}
+
+void set_speed(CInstance* who, double h, double v)
+{
+    who->var(hspeed) = h;
+    who->var(vspeed) = v;
+}
+
+double in_front(CInstance* who, const Heading& to, CInstance* other)
+{
+    return (other->var(x) - who->var(x)) * to.x + (other->var(y) - who->var(y)) * to.y;
+}
+
+bool in_line(CInstance* who, const Heading& to, CInstance* other)
+{
+    return to.x != 0 ? other->var(y) == who->var(y) : other->var(x) == who->var(x);
+}
+
+void stop_before(CInstance* who, const Heading& to, CInstance* box)
+{
+    set_speed(box, 0, 0);
+    box->var(x) = who->var(x) + to.x * cell;
+    box->var(y) = who->var(y) + to.y * cell;
+}
+
 void say(const char* start, const char* word, const char* end)
 {
     char line[80];
@@ -88,9 +117,11 @@ void show_pushing(CInstance* self, const Figure& figure)
             self->var(sprite_index) = picture(figure, direction.pushing);
 }
 
-// Between two cells a box keeps to the line that it moves along.
+// Between two cells, and as it sets out on its way back, a box keeps to the line that it
+// moves along.
 bool keeps_its_line(CInstance* box, double stepX, double stepY)
 {
+    if (stepX == 0 ? box->var(hspeed) != 0 : box->var(vspeed) != 0) return false;
     return place_snapped(box, stepX == 0 ? cell : 0, stepY == 0 ? cell : 0);
 }
 
@@ -127,9 +158,16 @@ void push_box(CInstance* box, double stepX, double stepY, const Figure& figure)
 // The box walks back behind the figure, on the same way.
 bool follows(CInstance* box, CInstance* self)
 {
-    const double h = self->var(hspeed), v = self->var(vspeed);
-    return box->var(hspeed) * h + box->var(vspeed) * v > 0 &&
-           (self->var(x) - box->var(x)) * h + (self->var(y) - box->var(y)) * v > 0;
+    const Heading to = heading_of(self);
+    return box->var(hspeed) * to.x + box->var(vspeed) * to.y > 0 && in_front(self, to, box) < 0;
+}
+
+// The box walks back towards the figure.
+bool comes_towards(CInstance* box, CInstance* self)
+{
+    const Heading to = heading_of(self);
+    return box->var(hspeed) * to.x + box->var(vspeed) * to.y < 0 && in_line(self, to, box) &&
+           in_front(self, to, box) > 0;
 }
 
 // Takes back the move by its speed that it is about to make.
@@ -156,6 +194,7 @@ void push(CInstance* self, CInstance* box, const Figure& figure)
     if (&figure == &playerOne && instance_exists(self, oPlayerArrows2))
         push_against_player_two(self);
     show_pushing(self, figure);
+    if (comes_towards(box, self)) stop_before(self, heading_of(self), box);
     push_box(box, 0, self->var(vspeed), figure);
     push_box(box, self->var(hspeed), 0, figure);
 }

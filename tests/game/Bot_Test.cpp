@@ -3,8 +3,10 @@
 // MARLOWICK_BOT_LEVELS says how many levels' worth of frames it plays (a short share
 // when it is not given), MARLOWICK_BOT_SEED repeats a run that it printed.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 #include <random>
 #include <sstream>
 #include <vector>
@@ -22,9 +24,15 @@ constexpr int kFramesOfALevel = 600;  // 20 seconds of play
 constexpr int kShortShare = 150;      // levels
 constexpr int kLevelsOfAStage = 20;   // then a fresh program plays on
 constexpr int kLevels = 100;
-constexpr size_t kStory = 24;  // frames that are told when something is wrong
-constexpr float kCell = 52;    // pixels
-constexpr int kFramesToRest = 40;
+constexpr float kCell = 52;        // pixels
+constexpr int kHandsOff = 40;      // one frame in so many lifts all hands,
+constexpr int kFramesToRest = 60;  // for so long; by then everything stands on its cell
+// Frames that are told when something is wrong.
+constexpr size_t kStory = kFramesToRest + 24;
+
+// Level 1's floor in cells, and the boxes that make it a crowd.
+constexpr int kFloorAcross = 10, kFloorDown = 5, kCrowd = 6;
+constexpr float kFloorX = 156, kFloorY = 104;  // its upper left cell
 
 int Setting(const char* name, int fallback)
 {
@@ -72,10 +80,38 @@ class Bot {
 public:
     Bot(Stage& stage, std::mt19937& chance) : stage_(stage), chance_(chance) {}
 
-    // The first thing that is wrong with its last frames, or nothing.
-    std::string Play(const std::string& room)
+    // Both tell the first thing that is wrong with its last frames, or nothing.
+    std::string PlayLevel(const std::string& room)
     {
         stage_.room(room).frames(1);
+        return PlayOn(room);
+    }
+
+    // Two figures and their boxes on any cells of a floor that nobody restarts: they are in
+    // each other's way far more than in a level.
+    std::string PlayInACrowd()
+    {
+        stage_.room("room_level1").frames(2);
+        for (int i = 1; i < kCrowd; ++i) Room_CreateInstance(0, 0, oMonte.index);
+        Room_CreateInstance(0, 0, oFechado2.index);  // keeps the gate shut
+        std::vector<int> cells(kFloorAcross * kFloorDown);
+        std::iota(cells.begin(), cells.end(), 0);
+        std::shuffle(cells.begin(), cells.end(), chance_);
+        auto cell = cells.begin();
+        for (CInstance* each : All(stage_, {oPlayerArrows, oPlayerArrows2, oMonte})) {
+            const auto across = static_cast<float>(*cell % kFloorAcross);
+            const auto down = static_cast<float>(*cell / kFloorAcross);
+            Put(each, kFloorX + kCell * across, kFloorY + kCell * down);
+            ++cell;
+        }
+        stage_.frames(1);
+        fingers_.resize(kWalkingFingers);
+        return PlayOn("a crowd");
+    }
+
+private:
+    std::string PlayOn(const std::string& room)
+    {
         boxes_ = stage_.count(oMonte);
         targets_ = Targets();
         std::string wrong;
@@ -86,22 +122,40 @@ public:
             stage_.frames(1);
             Remember();
             wrong = Look();
+            if (wrong.empty()) wrong = LookForRest();
         }
-        for (Finger& finger : fingers_) stage_.release(finger.key);
-        if (wrong.empty()) wrong = ComeToRest();
+        LiftHands();
+        for (int i = 0; i <= kFramesToRest && wrong.empty(); ++i) {
+            stage_.frames(1);
+            Remember();
+            wrong = LookForRest();
+        }
         return wrong.empty() ? "" : room + ": " + wrong + Story();
     }
 
-private:
     int Chance(int n) { return static_cast<int>(chance_() % static_cast<unsigned>(n)); }
 
     void Press()
     {
+        if (handsOff_ == 0 && Chance(kHandsOff) == 0) LiftHands();
+        if (handsOff_ > 0) {
+            --handsOff_;
+            return;
+        }
         for (Finger& finger : fingers_) {
             if (Chance(finger.down ? kLetGo : finger.rarity) != 0) continue;
             finger.down = !finger.down;
             finger.down ? stage_.hold(finger.key) : stage_.release(finger.key);
         }
+    }
+
+    void LiftHands()
+    {
+        for (Finger& finger : fingers_) {
+            if (finger.down) stage_.release(finger.key);
+            finger.down = false;
+        }
+        handsOff_ = kFramesToRest + 1;
     }
 
     int Targets() const
@@ -136,12 +190,13 @@ private:
     }
 
     // With all hands off the keys, whatever walks reaches its cell and stops.
-    std::string ComeToRest()
+    std::string LookForRest()
     {
-        for (int i = 0; i < kFramesToRest; ++i) {
-            stage_.frames(1);
-            Remember();
-        }
+        quiet_ = std::any_of(fingers_.begin(), fingers_.end(),
+                             [](const Finger& finger) { return finger.down; })
+                     ? 0
+                     : quiet_ + 1;
+        if (quiet_ < kFramesToRest) return "";
         for (const CInstance* each : All(stage_, {oPlayerArrows, oPlayerArrows2, oMonte}))
             if (!Still(each) || !OnGrid(each)) return "something does not come to rest";
         return "";
@@ -167,10 +222,14 @@ private:
 
     Stage& stage_;
     std::mt19937& chance_;
-    Finger fingers_[12] = {{'W', 'W', 30}, {'A', 'A', 30},   {'S', 'S', 30},   {'D', 'D', 30},
-                           {kUp, 'u', 30}, {kLeft, 'l', 30}, {kDown, 'd', 30}, {kRight, 'r', 30},
-                           {'Z', 'Z', 60}, {'U', 'U', 60},   {'T', 'T', 900},  {'P', 'P', 400}};
+    static constexpr size_t kWalkingFingers = 10;
+    std::vector<Finger> fingers_ = {{'W', 'W', 30},   {'A', 'A', 30},    {'S', 'S', 30},
+                                    {'D', 'D', 30},   {kUp, 'u', 30},    {kLeft, 'l', 30},
+                                    {kDown, 'd', 30}, {kRight, 'r', 30}, {'Z', 'Z', 60},
+                                    {'U', 'U', 60},   {'T', 'T', 900},   {'P', 'P', 400}};
     int boxes_ = 0, targets_ = 0;
+    int handsOff_ = 0;  // frames that the hands stay off
+    int quiet_ = 0;     // frames since a key was held
     std::string story_[kStory];
     size_t frame_ = 0;
 };
@@ -183,11 +242,12 @@ std::vector<std::string> RoomsThatStand()
     return rooms;
 }
 
-TEST(Bot, RandomKeysBreakNothing)
+// Plays the share that was asked for; a fresh program at another speed every so often.
+template <class Play>
+void PlayShare(Play play)
 {
     const int share = Setting("MARLOWICK_BOT_LEVELS", kShortShare);
     const auto seed = static_cast<unsigned>(Setting("MARLOWICK_BOT_SEED", 20180607));
-    const std::vector<std::string> rooms = RoomsThatStand();
     std::mt19937 chance(seed);
     for (int played = 0; played < share;) {
         static constexpr const char* speeds[] = {"fast", "normal", "slow"};
@@ -196,13 +256,28 @@ TEST(Bot, RandomKeysBreakNothing)
         for (int i = 0; i < kLevelsOfAStage && played < share; ++i, ++played) {
             static constexpr const char* modes[] = {"onePlayer", "twoPlayersOne", "twoPlayersTwo"};
             playerMode = modes[played % 3];
-            Bot bot(level.stage, chance);
-            const std::string wrong = bot.Play(rooms[chance() % rooms.size()]);
-            EXPECT_EQ(wrong, "") << "seed " << seed << ", level " << played << ", "
-                                 << level.stage.global_text("gameType");
+            EXPECT_EQ(play(level.stage, chance), "") << "seed " << seed << ", level " << played
+                                                     << ", " << level.stage.global_text("gameType");
         }
     }
     std::printf("seed %u: %d levels' worth\n", seed, share);
+}
+
+TEST(Bot, RandomKeysBreakNothing)
+{
+    const std::vector<std::string> rooms = RoomsThatStand();
+    PlayShare([&](Stage& stage, std::mt19937& chance) {
+        Bot bot(stage, chance);
+        return bot.PlayLevel(rooms[chance() % rooms.size()]);
+    });
+}
+
+TEST(Bot, NorDoTheyInACrowd)
+{
+    PlayShare([](Stage& stage, std::mt19937& chance) {
+        playerMode = "twoPlayersOne";
+        return Bot(stage, chance).PlayInACrowd();
+    });
 }
 
 }  // namespace

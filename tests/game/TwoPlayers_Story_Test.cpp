@@ -301,4 +301,80 @@ TEST(TwoPlayers, ABoxOnItsWayBackWaitsForItsFigure)
     EXPECT_AT(level.box, 416, 260);
 }
 
+// Player two walks down after the first figure, whose key turns back towards him: once the
+// keys are up he turns, and the first walks on.
+TEST(TwoPlayers, AFigureThatIsRunIntoFromBehindWalksOn)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 312, 156);
+    Put(level.two, 312, 104);
+    Put(level.box, 312, 208);
+    level.stage.frames(1).hold(kDown).hold('S').frames(3).release('S').frames(5);
+    level.stage.hold('W').frames(2).release('W').release(kDown).frames(1);
+    level.Rest();
+    EXPECT_AT(level.one, 312, 208);
+    EXPECT_AT(level.two, 312, 104);
+    EXPECT_AT(level.box, 312, 260);
+    EXPECT_EQ(level.one->vspeed, 0);
+    EXPECT_EQ(level.two->vspeed, 0);
+}
+
+// The box of player two is held up on its way back, and he has come towards it again.
+TEST(TwoPlayers, ABoxThatComesTowardsAFigureStopsAndIsPushed)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 208, 208);
+    Put(level.two, 260, 104);
+    Put(level.box, 260, 156);
+    level.stage.frames(1);
+    level.Tap(kDown);
+    ASSERT_EQ(level.box->y, 208);
+    level.stage.tap('U').hold('D').frames(13).hold(kDown).frames(1).release('D').frames(8);
+    level.stage.release(kDown);
+    level.Rest();
+    EXPECT_AT(level.one, 208, 208);
+    EXPECT_AT(level.two, 260, 156);
+    EXPECT_AT(level.box, 260, 208);
+    EXPECT_EQ(level.two->vspeed, 0);
+    EXPECT_EQ(level.box->vspeed, 0);
+}
+
+// In the frame in which it sets out on its way back, the first figure starts to push it up:
+// that holds it, and it stays out of the undo.
+TEST(TwoPlayers, ABoxThatSetsOutOnItsWayBackIsNotPushedOutOfItsLine)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 312, 312);
+    Put(level.two, 208, 260);
+    Put(level.box, 260, 260);
+    level.stage.frames(1);
+    level.Tap(kRight);
+    ASSERT_EQ(level.box->x, 312);
+    level.stage.hold('W').tap('U').release('W');
+    level.Rest();
+    EXPECT_AT(level.one, 312, 312);
+    EXPECT_AT(level.two, 208, 260);
+    EXPECT_AT(level.box, 312, 260);
+    EXPECT_EQ(level.box->hspeed, 0);
+}
+
+// Player two strains against the wall above while the first figure pushes a box at him:
+// where he was put back to is not free, though he has left it for a moment.
+TEST(TwoPlayers, ABoxIsNotPushedIntoAFigureThatAWallPutsBack)
+{
+    for (const char* speed : {"fast", "normal", "slow"}) {
+        LevelStory level("twoPlayersOne", speed);
+        Put(level.two, 312, 104);
+        Put(level.box, 312, 156);
+        Put(level.one, 312, 208);
+        level.stage.frames(1).hold(kUp).frames(3).hold('W').frames(5);
+        EXPECT_EQ(level.box->y, 156) << speed;
+        level.stage.release('W').release(kUp);
+        level.Rest();
+        EXPECT_AT(level.two, 312, 104) << speed;
+        EXPECT_AT(level.box, 312, 156) << speed;
+        EXPECT_AT(level.one, 312, 208) << speed;
+    }
+}
+
 }  // namespace
