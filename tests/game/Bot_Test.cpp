@@ -25,7 +25,7 @@ constexpr int kShortShare = 150;      // levels
 constexpr int kLevelsOfAStage = 20;   // then a fresh program plays on
 constexpr int kLevels = 100;
 constexpr float kCell = 52;        // pixels
-constexpr int kHandsOff = 40;      // one frame in so many lifts all hands,
+constexpr int kHandsOff = 120;     // one frame in so many lifts all hands,
 constexpr int kFramesToRest = 60;  // for so long; by then everything stands on its cell
 // Frames that are told when something is wrong.
 constexpr size_t kStory = kFramesToRest + 24;
