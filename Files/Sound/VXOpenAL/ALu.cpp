@@ -55,11 +55,11 @@ uint32_t FramesBeforeStart(const ALCdevice_struct& device, const ALsource& sourc
     return wait > 0 && wait < frames ? static_cast<uint32_t>(wait) : 0;
 }
 
-void MixSource(const ALCdevice_struct& device, const ALsource& source, uint32_t frames)
+void MixSource(ALCdevice_struct& device, const ALsource& source, uint32_t frames)
 {
     Place place = {source.processed, source.at, source.fraction};
     const auto channels = static_cast<uint32_t>(device.channels);
-    float* out = const_cast<float*>(device.scratch.data()) + size_t{source.offset} * channels;
+    float* out = device.scratch.data() + size_t{source.offset} * channels;
     uint32_t left = frames - source.offset;
     while (left > 0 && place.Settle(source)) {
         const ALbuffer& buffer = *source.queue[place.buffer];
