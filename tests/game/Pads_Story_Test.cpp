@@ -60,6 +60,25 @@ TEST(Pads, AStickWalksAFrameLaterAndItsReleaseStops)
     EXPECT_EQ(level.stage.variable(level.one, "controla_key_up"), 0);
 }
 
+// The figure that held the key for the stick is gone before it could let it go.
+TEST(Pads, ADirectionHeldThroughARestartLeavesNoKeyDown)
+{
+    PadStory level("twoPlayersTwo");
+    level.stage.pad(0).axis(gp_axislh, 1);
+    level.stage.pad(1).axis(gp_axislh, -1);
+    level.stage.hold('T').frames(5);
+    ASSERT_TRUE(keyboard_check(keyD));
+    ASSERT_TRUE(keyboard_check(keyLeft));
+    level.stage.pad(0).axis(gp_axislh, 0);
+    level.stage.pad(1).axis(gp_axislh, 0);
+    level.stage.release('T').frames(4);
+    EXPECT_FALSE(keyboard_check(keyD));
+    EXPECT_FALSE(keyboard_check(keyLeft));
+    level.Rest().Look();
+    EXPECT_AT(level.one, 364, 260);
+    EXPECT_AT(level.two, 416, 260);
+}
+
 TEST(Pads, ButtonsUndoRestartAndChangeTheMode)
 {
     PadStory level("onePlayer");

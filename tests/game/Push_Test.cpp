@@ -97,14 +97,17 @@ TEST_F(Push, OfTwoBoxesSideBySideOnlyTheOneInLineMoves)
 TEST_F(Push, AWallAndTheShutGateStopTheBox)
 {
     Put(208, 260, 156, 260);
-    stage.tap('A').frames(20);
+    stage.hold('A').frames(20);
     EXPECT_EQ(box->x, 156);
     EXPECT_EQ(figure->x, 208);
+    EXPECT_EQ(figure->sprite_index, sPlayerAndandoEsquerdaEmpurrando.index);
+    stage.release('A').frames(2);
 
     Put(416, 156, 416, 104);
-    stage.tap('W').frames(20);
+    stage.hold('W').frames(20);
     EXPECT_EQ(box->y, 104);
     EXPECT_EQ(figure->y, 156);
+    EXPECT_EQ(figure->sprite_index, sPlayerAndandoCimaEmpurrando.index);
 }
 
 TEST_F(Push, TheShutGateStopsTheFigure)
@@ -149,6 +152,20 @@ TEST_F(Push, TheLastTargetInPassingOpensTheGateAndFreezesTheBox)
     EXPECT_EQ(stage.find(oSeta)->x, 416);
     EXPECT_EQ(stage.find(oSeta)->y, 0);
     EXPECT_FLOAT_EQ(stage.find(oSeta)->image_speed, 0.3F);
+}
+
+TEST_F(Push, OnceSolvedNoBoxMovesAndTheFigureStillWalks)
+{
+    const CInstance* aside = Room_CreateInstance(260, 260, oMonte.index);
+    Put(416, 208, 468, 208);
+    stage.tap('D').frames(14);
+    ASSERT_EQ(stage.global("moveCaixa"), 0);
+    figure->SetPosition(208, 260);
+    stage.hold('D').frames(20);
+    EXPECT_EQ(aside->x, 260);
+    EXPECT_EQ(figure->x, 208);
+    stage.release('D').frames(2).tap('W').frames(14);
+    EXPECT_EQ(figure->y, 208);
 }
 
 TEST_F(Push, TheSecondPairOfTargetsKeepsACountOfItsOwn)

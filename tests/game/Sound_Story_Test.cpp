@@ -449,6 +449,27 @@ TEST(MusicOff, TheSavedSwitchKeepsTheTitleSilent)
     }
 }
 
+// The effects follow the music; what they tell of happens all the same.
+TEST_F(Music, TheGateAndTheEndOfALevelAreHeardOnlyWithIt)
+{
+    for (const bool loud : {true, false}) {
+        Enter("room_level1");
+        if (!loud) Audio_PauseAll();
+        stage.find(oPlayerArrows)->SetPosition(416, 208);
+        stage.find(oMonte)->SetPosition(468, 208);
+        stage.tap('D').frames(14);
+        EXPECT_EQ(stage.count(oPortaoAberto), 1);
+        EXPECT_EQ(Audio_IsPlaying(xAbriu.index), loud);
+        stage.find(oPlayerArrows)->SetPosition(416, 0);
+        stage.frames(1).tap('W').frames(14);
+        EXPECT_EQ(stage.count(oFimFase), 1);
+        EXPECT_EQ(Audio_IsPlaying(xFimFase.index), loud);
+        Audio_StopSound(xAbriu.index);
+        Audio_StopSound(xFimFase.index);
+        stage.frames(4);
+    }
+}
+
 // A level with its music allocates nothing more than one without.
 TEST(SoundIdle, AFrameWithMusicAllocatesNothing)
 {

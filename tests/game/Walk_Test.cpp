@@ -92,6 +92,23 @@ TEST(Walk, TheSpeedGoesRoundAndIsStoredAtOnce)
     }
 }
 
+// The picture answers the key at once, between two cells too; the way waits for the cell.
+TEST(Walk, TheWalkingPictureIsShownInTheFirstFrameOfAKey)
+{
+    Stage stage;
+    stage.room("room_level1").frames(2);
+    const CInstance* figure = stage.find(oPlayerArrows);
+    stage.tap('D');
+    EXPECT_EQ(figure->sprite_index, sPlayerAndandoDireita.index);
+    stage.frames(3).hold('W').frames(1);
+    EXPECT_EQ(figure->sprite_index, sPlayerAndandoCima.index);
+    EXPECT_EQ(figure->x, 364 + 5 * 4);
+    EXPECT_EQ(figure->y, 260);
+    stage.release('W').frames(20);
+    EXPECT_EQ(figure->x, 416);
+    EXPECT_EQ(figure->sprite_index, sPlayer.index);
+}
+
 TEST(Walk, AWallStopsTheFigureInItsCellAndEachFrameAgainstItIsRecorded)
 {
     Stage stage;
