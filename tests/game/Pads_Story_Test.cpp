@@ -77,6 +77,11 @@ TEST(Pads, ADirectionHeldThroughARestartLeavesNoKeyDown)
     level.Rest().Look();
     EXPECT_AT(level.one, 364, 260);
     EXPECT_AT(level.two, 416, 260);
+    // Nor does a hand that taps the same keys find them held.
+    Put(level.two, 624, 156);
+    level.Tap('D').Tap(kLeft).Rest();
+    EXPECT_AT(level.one, 416, 260);
+    EXPECT_AT(level.two, 572, 156);
 }
 
 TEST(Pads, ButtonsUndoRestartAndChangeTheMode)
