@@ -67,5 +67,6 @@ inline constexpr Direction right = {
 
 inline constexpr int ways = 4;
 inline constexpr Direction directions[ways] = {up, down, left, right};
+enum Way { wayUp, wayDown, wayLeft, wayRight };  // places in `directions`
 
 inline constexpr char stop[] = "000010000";  // for action_move

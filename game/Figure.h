@@ -74,7 +74,6 @@ inline constexpr double idleImageSpeed = 0.3;  // pictures a frame
 // The picture of the character that a figure plays.
 Sprite picture(const Figure& figure, const Pictures& pictures);
 
-bool on_grid(CInstance* self);
 bool is_still(CInstance* who);  // has no speed of its own
 bool is_moving(CInstance* self, const Figure& figure);
 bool a_movement_key_is_held();  // of either figure

@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr int worlds = 5, levelsOfWorld = 20;
-constexpr double thousandths = 1000;
+constexpr int worlds = levels / levelsOfWorld;
 
 constexpr InstanceVar levelTimes[levelsOfWorld] = {
     tempo0,  tempo1,  tempo2,  tempo3,  tempo4,  tempo5,  tempo6,  tempo7,  tempo8,  tempo9,
@@ -129,7 +128,7 @@ void vxl_Object_oPlayerArrows_Collision_oFinal(CInstance* self, CInstance* other
 {
     Frame frame(self, other);
     const Figure& figure = figure_of(self);
-    if (!action_if_aligned(other, cell, cell)) return;
+    if (!on_grid(other)) return;
     gameOver = 1;
     action_create_object(self, oFimFase, at(room_width / 2, room_height / 2));
     unlock_next_level(self);

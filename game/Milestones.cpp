@@ -5,7 +5,6 @@
 namespace {
 
 constexpr double wholly = 100;
-constexpr double thousandths = 1000;
 
 struct Milestone {
     int from;  // level, or seconds of play

@@ -4,6 +4,9 @@
 
 #include "game/Rules.h"
 
+// Boards take times in thousandths of a second.
+inline constexpr double thousandths = 1000;
+
 // A finished level that ends a part of the game.
 void post_level_milestones(int level);
 

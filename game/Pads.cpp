@@ -20,8 +20,8 @@ constexpr PadWay padWays[ways] = {
     {gp_padr, controla_key_right, "vk_right"},
 };
 
-// The order in which they are looked at: left, right, down, up.
-constexpr int order[ways] = {2, 3, 1, 0};
+// The order in which they are looked at.
+constexpr Way order[ways] = {wayLeft, wayRight, wayDown, wayUp};
 
 // The part of a pad that leads a figure.
 struct Grip {
@@ -48,7 +48,7 @@ void hold_key(CInstance* self, bool down, InstanceVar held, int32_t key, const c
 
 void lead(CInstance* self, const Figure& figure, double slot, const Grip& grip)
 {
-    for (const int i : order) {
+    for (const Way i : order) {
         const Direction& way = directions[i];
         const PadWay& padWay = padWays[i];
         const double stick = gamepad_axis_value(slot, way.x != 0 ? grip.across : grip.along);
@@ -108,16 +108,4 @@ void pad_of_player_two(CInstance* self)
     lead(self, playerTwo, slot, grip);
     self->var(key_desfaz) = gamepad_button_check_pressed(slot, grip.undo);
     hold_key(self, static_cast<bool>(self->var(key_desfaz)), controla_key_desfaz, keyU, "ord(U)");
-}
-
-// A pad came or went. One that came is set up as the first ones were.
-void vxl_Object_oPlayerArrows_Other_AsyncSystem(CInstance* self, CInstance* other)
-{
-    Frame frame(self, other);
-    if (!self->var(ligaDetectaControle)) return;
-    const Value event = ds_map_find_value(async_load, "event_type");
-    const Value slot = ds_map_find_value(async_load, "pad_index");
-    show_debug_message(event);
-    show_debug_message(slot);
-    if (event == "gamepad discovered") set_up_slot(slot);
 }

@@ -11,6 +11,12 @@ using namespace names;
 // multiples of the cell in both axes; nothing stores a cell coordinate.
 inline constexpr double cell = 52;  // pixels
 
+// Stands exactly on a cell.
+inline bool on_grid(CInstance* who)
+{
+    return action_if_aligned(who, cell, cell);
+}
+
 // Lower rows are drawn in front of higher ones; `nearer` rows more than one's own. In
 // mid-move one keeps the depth of the row that one left.
 void stand_in_row(CInstance* self, double nearer);
@@ -69,7 +75,7 @@ inline void click()
     if (music_plays()) audio_play_sound(xClick, 1, false);
 }
 
-inline constexpr int levels = 100;
+inline constexpr int levels = 100, levelsOfWorld = 20;
 
 // Number of the level that a room is; 0 of another room.
 inline int level_of(double room_)

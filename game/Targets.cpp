@@ -23,7 +23,7 @@ void open_gate(CInstance* self)
 // gate, even when the box was only passing over.
 void cover(CInstance* self, CInstance* box, Object empty, Object covered)
 {
-    if (!action_if_aligned(box, cell, cell)) return;
+    if (!on_grid(box)) return;
     action_create_object(self, covered, here);
     if (action_if_number(self, empty, 1, 0)) open_gate(self);
     action_kill_object(self);
@@ -32,7 +32,7 @@ void cover(CInstance* self, CInstance* box, Object empty, Object covered)
 // A box that is pushed off its target leaves the target empty again.
 void uncover(CInstance* self, CInstance* box, Object empty)
 {
-    if (action_if_aligned(box, cell, cell)) return;
+    if (on_grid(box)) return;
     action_create_object(self, empty, here);
     action_kill_object(self);
 }

@@ -12,7 +12,6 @@ namespace {
 constexpr double darkening = 1, holding = 0, clearing = -1;
 
 constexpr double secondsOfTitle = 2;
-constexpr int levelsOfWorld = 20;
 
 constexpr Colour teal = 8421376;
 

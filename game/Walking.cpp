@@ -12,11 +12,6 @@ Sprite picture(const Figure& figure, const Pictures& pictures)
     return known == figure.knownIsGirl ? pictures.menina : pictures.menino;
 }
 
-bool on_grid(CInstance* self)
-{
-    return action_if_aligned(self, cell, cell);
-}
-
 bool is_still(CInstance* who)
 {
     return who->var(hspeed) == 0 && who->var(vspeed) == 0;

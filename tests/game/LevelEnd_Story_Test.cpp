@@ -1,45 +1,11 @@
-// Stories of the end of a level: what is stored, unlocked and posted, and where its
-// rows lead.
+// Stories of the end of a level: what is stored and unlocked, and where its rows lead.
 
-#include <cstring>
-#include <vector>
-
-#include "tests/game/support_Level.h"
+#include "tests/game/support_LevelEnd.h"
 #include "tests/support/Solution.h"
 
 using namespace names;
 
 namespace {
-
-// A figure that came through the gate.
-void StandOutside(LevelStory& level, CInstance* figure)
-{
-    if (CInstance* gate = level.stage.find(oPortaoFechado)) instance_destroy(gate);
-    Put(figure, 416, 0);
-}
-
-// A level whose room is still empty gets what its end needs.
-void Furnish(LevelStory& level)
-{
-    if (level.one) return;
-    for (const Object object : {oControl, oPause, oClock}) Room_CreateInstance(0, 0, object.index);
-    Room_CreateInstance(416, -52, oFinal.index);
-    Room_CreateInstance(416, 0, oPlayerArrows.index);
-    level.Look();
-}
-
-void WalkOut(LevelStory& level)
-{
-    Furnish(level);
-    StandOutside(level, level.one);
-    level.stage.frames(1).tap('W').frames(14);
-}
-
-void Finish(LevelStory& level, int number)
-{
-    level.Enter("room_level" + std::to_string(number));
-    WalkOut(level);
-}
 
 bool Has(const LevelStory& level, const std::string& line)
 {
@@ -50,38 +16,6 @@ std::string Levels(int number, int value)
 {
     return "Level" + std::to_string(number) + "=\"" + std::to_string(value) + ".000000\"";
 }
-
-// ---- a service that is there, in place of the one that is not
-std::vector<std::string> g_posts;
-
-void Available(RValue& result, CInstance*, CInstance*, int, RValue*)
-{
-    SetReal(result, 1);
-}
-void PostScore(RValue&, CInstance*, CInstance*, int, RValue* args)
-{
-    g_posts.push_back(std::string(VXGetText(&args[0])) + " " +
-                      std::to_string(static_cast<int>(REAL_RValue(&args[1]))));
-}
-void NotYet(RValue& result, CInstance*, CInstance*, int, RValue* args)
-{
-    SetReal(result, strcmp(VXGetText(&args[0]), "NovicePlayer") == 0);
-}
-void SetAchievement(RValue&, CInstance*, CInstance*, int, RValue* args)
-{
-    g_posts.push_back(VXGetText(&args[0]));
-}
-
-void BringInServices()
-{
-    g_posts.clear();
-    Serve("achievement_available", Available);
-    Serve("achievement_post_score", PostScore);
-    Serve("steam_get_achievement", NotYet);
-    Serve("steam_set_achievement", SetAchievement);
-}
-
-// ----
 
 TEST(LevelEnd, TheSaveFileAfterTheFirstLevelByteForByte)
 {
@@ -179,12 +113,20 @@ TEST(LevelEnd, TheRowsLeadOnAgainAndToTheMap)
 
 TEST(LevelEnd, TheLastLevelHasAScreenOfItsOwn)
 {
+    const struct {
+        const char* language;
+        int level, frame;
+    } screens[] = {
+        {"ingles", 1, 0}, {"portugues", 99, 1}, {"ingles", 100, 2}, {"portugues", 100, 3}};
     LevelStory level;
-    WalkOut(level);
-    EXPECT_EQ(level.stage.find(oFimFase)->image_index, 0);
-    idioma = "portugues";
-    Finish(level, 100);
-    EXPECT_EQ(level.stage.find(oFimFase)->image_index, 3);
+    for (const auto& screen : screens) {
+        idioma = screen.language;
+        Finish(level, screen.level);
+        EXPECT_EQ(level.stage.find(oFimFase)->image_index, screen.frame)
+            << screen.language << screen.level;
+        EXPECT_EQ(level.stage.find(oFimFase)->image_speed, 0);
+        EXPECT_EQ(level.stage.count(oPersonagemFinal), screen.level == 100 ? 1 : 0);
+    }
     level.stage.frames(60);
     for (const Object character : {oPersonagemFinal, oPersonagemFinal2}) {
         ASSERT_EQ(level.stage.count(character), 1);
@@ -203,48 +145,6 @@ TEST(LevelEnd, BackspaceLeadsToTheFarthestPageByOneFade)
     EXPECT_EQ(level.stage.console(), "Abriu level 1!\nAbriu level 11!\nAbriu level 91!\n");
     level.stage.frames(20);
     EXPECT_EQ(level.stage.room_name(), "room_menu10");
-}
-
-// ---- milestones and boards
-
-TEST(LevelEnd, MilestonesAreSetOnceAndInTheirOrder)
-{
-    LevelStory level("onePlayer", "normal",
-                     "[Tempo]\r\nTotal=\"7199.000000\"\r\nSegundos=\"59.000000\"\r\nMinutos=\"59."
-                     "000000\"\r\nHoras=\"1.000000\"\r\n");
-    BringInServices();
-    Finish(level, 100);
-    // The board of the whole game follows the milestones; "NovicePlayer" is set already.
-    EXPECT_EQ(g_posts,
-              (std::vector<std::string>{"PixelLandCompleted", "MarlowickCompleted",
-                                        "MarlowickService21 0", "MarlowickService22 7199000"}));
-    g_posts.clear();
-    level.Enter("room_level3");
-    Furnish(level);
-    level.stage.frames(30);
-    WalkOut(level);
-    EXPECT_EQ(g_posts[0], "FirstSteps");
-    EXPECT_EQ(g_posts[1], "ExperiencedPlayer") << "two hours by now";
-    EXPECT_TRUE(Has(level, "Horas=\"2.000000\""));
-    EXPECT_TRUE(Has(level, "Minutos=\"0.000000\""));
-}
-
-TEST(LevelEnd, AWorldsBoardIsPostedOnceItsLastLevelIsDone)
-{
-    LevelStory level("onePlayer", "normal",
-                     "[Tempo]\r\nroom_level1=\"10.000000\"\r\nroom_level3=\"5.000000\"\r\n");
-    BringInServices();
-    Finish(level, 2);
-    EXPECT_TRUE(g_posts.empty());
-    Finish(level, 20);
-    EXPECT_EQ(g_posts,
-              (std::vector<std::string>{"GrassLandCompleted", "MarlowickService17 15000"}));
-    g_posts.clear();
-    Finish(level, 1);
-    EXPECT_EQ(g_posts, std::vector<std::string>{"MarlowickService17 5000"}) << "the newest time";
-    g_posts.clear();
-    Finish(level, 21);
-    EXPECT_TRUE(g_posts.empty()) << "another world";
 }
 
 // ---- the clock
@@ -289,22 +189,7 @@ TEST(Clock, StandsWhenItDoesNotCountAndItsAlarmLapses)
     EXPECT_EQ(level.stage.variable(clock, "totalTime"), 0) << "until it is armed anew";
 }
 
-// ---- the campaign goes on, or begins anew
-
-TEST(Campaign, GoesOnAtTheFarthestPageAndPostsWhatAnotherInstallationReached)
-{
-    LevelStory level("onePlayer", "fast",
-                     "[Levels]\r\nLevel3=\"2.000000\"\r\nLevel10=\"1.000000\"\r\n"
-                     "Level11=\"0.000000\"\r\n",
-                     "room_menu3");
-    BringInServices();
-    RValue result;
-    CInstance* caller = Room_CreateInstance(0, 0, oContinueProgresso.index);
-    vxl_Script_scr_continua(caller, caller, result, 0, nullptr);
-    EXPECT_EQ(g_posts, (std::vector<std::string>{"FirstSteps", "GrassLand_Part1Finished"}));
-    level.stage.frames(14);
-    EXPECT_EQ(level.stage.room_name(), "room_menu1");
-}
+// ---- the campaign begins anew
 
 TEST(Campaign, TheWipeKeepsLanguageAndTime)
 {

@@ -103,6 +103,23 @@ TEST(Pads, ButtonsUndoRestartAndChangeTheMode)
     EXPECT_EQ(level.stage.count(oTransicao), 1) << "back to the map";
 }
 
+// The figure that held the key for the pad is gone when the pad lets go in the dark.
+TEST(Pads, ADirectionHeldThroughAChangeOfLevelsLeavesNoStuckKey)
+{
+    PadStory level("onePlayer");
+    level.stage.pad(0).axis(gp_axislh, 1);
+    Room_CreateInstance(0, 0, oTransicao.index);
+    targetRoom = room_level8.index;
+    level.stage.frames(30);
+    level.stage.pad(0).axis(gp_axislh, 0);
+    level.stage.frames(90);
+    ASSERT_EQ(level.stage.room_name(), "room_level8");
+    level.Look();
+    EXPECT_AT(level.one, 416, 364);
+    EXPECT_EQ(undoAtual, 0);
+    EXPECT_FALSE(keyboard_check('D'));
+}
+
 TEST(Pads, TwoPlayersShareAPadOrHaveOneEach)
 {
     PadStory shared("twoPlayersOne");
