@@ -127,25 +127,6 @@ TEST(Walk, AWallStopsTheFigureInItsCellAndEachFrameAgainstItIsRecorded)
     EXPECT_EQ(figure->y, 260);
 }
 
-// The figure of a step that was only tapped turns to look where the next key leads, and
-// goes on to its cell first.
-TEST(Walk, AKeyShowsItsWalkAtOnceAlsoBetweenTwoCells)
-{
-    Stage stage;
-    stage.room("room_level1").frames(2);
-    const CInstance* figure = stage.find(oPlayerArrows);
-    stage.tap('D');
-    EXPECT_EQ(figure->sprite_index, sPlayerAndandoDireita.index) << "from the first frame on";
-    stage.frames(3);
-    stage.tap('W');
-    EXPECT_EQ(figure->sprite_index, sPlayerAndandoCima.index);
-    EXPECT_EQ(figure->x, 364 + 5 * 4);
-    EXPECT_EQ(figure->y, 260);
-    stage.frames(20);
-    EXPECT_EQ(figure->x, 416);
-    EXPECT_EQ(figure->y, 260);
-}
-
 TEST(Walk, TheFirstFrameOfALevelIsNotRecorded)
 {
     Stage stage;
