@@ -111,6 +111,7 @@ Target box_of_row(const Figure& figure, double row);
 void place_player_two(CInstance* self);
 double player_mode_icon();
 void push_against_player_two(CInstance* self);
+void turn_round(CInstance* who, const Figure& figure);
 
 // A line of the console with a direction's word in it.
 void say(const char* start, const char* word, const char* end);

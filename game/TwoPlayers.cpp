@@ -176,6 +176,8 @@ void push_box_in_front_again(CInstance* who, const Figure& figure, const Heading
     });
 }
 
+}  // namespace
+
 // The figure walks back to the cell that it came from, and its step did not happen.
 void turn_round(CInstance* who, const Figure& figure)
 {
@@ -187,6 +189,8 @@ void turn_round(CInstance* who, const Figure& figure)
     }
     cancel_step(who, figure);
 }
+
+namespace {
 
 // The box goes against player one's way, unless player two touches it too.
 void turn_boxes_of_player_one(CInstance* one, const Direction& way)

@@ -172,6 +172,15 @@ void wait_a_frame(CInstance* who)
     who->var(y) -= double(who->var(vspeed));
 }
 
+// Between two cells the box has met another, which the other figure pushes towards it, and
+// no key drives the push any more.
+bool is_held_up_by_a_box(CInstance* self, CInstance* box)
+{
+    if (on_grid(self) || a_movement_key_is_held()) return false;
+    return in_front(self, heading_of(self), box) > 0 &&
+           action_if_object(box, oMonte, beside(self->var(hspeed), self->var(vspeed)));
+}
+
 }  // namespace
 
 // Both were put back to where they were in the last frame. The box goes first; then
@@ -190,6 +199,9 @@ void push(CInstance* self, CInstance* box, const Figure& figure)
         push_against_player_two(self);
     show_pushing(self, figure);
     if (comes_towards(box, self)) stop_before(self, heading_of(self), box);
+    const double fromX = box->var(x), fromY = box->var(y);
     push_box(box, 0, self->var(vspeed), figure);
     push_box(box, self->var(hspeed), 0, figure);
+    const bool moved = box->var(x) != fromX || box->var(y) != fromY;
+    if (!moved && is_held_up_by_a_box(self, box)) turn_round(self, figure);
 }

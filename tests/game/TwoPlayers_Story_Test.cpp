@@ -339,6 +339,22 @@ TEST(TwoPlayers, ABoxThatComesTowardsAFigureStopsAndIsPushed)
     EXPECT_EQ(level.box->vspeed, 0);
 }
 
+// Each figure pushes a box into the cell between them: the first gives way with its own.
+TEST(TwoPlayers, OfTwoBoxesThatMeetOneGoesBack)
+{
+    LevelStory level("twoPlayersOne");
+    CInstance* second = Room_CreateInstance(416, 208, oMonte.index);
+    Put(level.one, 260, 208);
+    Put(level.box, 312, 208);
+    Put(level.two, 468, 208);
+    level.stage.frames(1).hold('D').hold(kLeft).frames(10).release('D').release(kLeft);
+    level.Rest();
+    EXPECT_AT(level.one, 260, 208);
+    EXPECT_AT(level.box, 312, 208);
+    EXPECT_AT(level.two, 416, 208);
+    EXPECT_AT(second, 364, 208);
+}
+
 // In the frame in which it sets out on its way back, the first figure starts to push it up:
 // that holds it, and it stays out of the undo.
 TEST(TwoPlayers, ABoxThatSetsOutOnItsWayBackIsNotPushedOutOfItsLine)
