@@ -111,16 +111,16 @@ bool points(CInstance* who, const Direction& way)
     return way.x * who->var(hspeed) > 0 || way.y * who->var(vspeed) > 0;
 }
 
-// The order in which blocked pushes are looked at: right, left, up, down.
-constexpr int blockedOrder[ways] = {3, 2, 0, 1};
+// The order in which blocked pushes are looked at.
+constexpr Way blockedOrder[ways] = {wayRight, wayLeft, wayUp, wayDown};
 
 // Player two stands right behind the box that player one pushes.
 void note_blocked_pushes(CInstance* self)
 {
     if (place_snapped(self, cell, cell)) return;
-    for (const int i : blockedOrder) {
-        const Direction& way = directions[i];
-        if (!keyboard_check(playerOne.keys[i]) && !points(self, way)) continue;
+    for (const Way each : blockedOrder) {
+        const Direction& way = directions[each];
+        if (!keyboard_check(playerOne.keys[each]) && !points(self, way)) continue;
         const double reach = cell + 1;
         if (!place_meeting(self, self->var(x) + way.x * reach, self->var(y) + way.y * reach,
                            oPlayerArrows2))
@@ -192,7 +192,8 @@ void turn_round(CInstance* who, const Figure& figure)
 
 namespace {
 
-// The box goes against player one's way, unless player two touches it too.
+// The box goes against player one's way; where player two touches it too, he has the last
+// word.
 void turn_boxes_of_player_one(CInstance* one, const Direction& way)
 {
     for_touched_boxes(one, playerOne, way.x, way.y, [&](double row, Target box) {
@@ -230,8 +231,8 @@ void push_against_player_two(CInstance* self)
 {
     note_blocked_pushes(self);
     if (a_movement_key_is_held()) return;
-    for (const int i : blockedOrder)
-        if (self->var(directions[i].blocked)) call_off(self, directions[i]);
+    for (const Way each : blockedOrder)
+        if (self->var(directions[each].blocked)) call_off(self, directions[each]);
 }
 
 // ==== the figures against each other
