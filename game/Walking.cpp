@@ -165,6 +165,14 @@ bool comes_towards(CInstance* box, CInstance* self)
            in_front(self, to, box) > 0;
 }
 
+// The box walks back into a figure that stands on its cell.
+bool walks_into(CInstance* box, CInstance* self)
+{
+    const Heading to = heading_of(box);
+    return !is_still(box) && is_still(self) && on_grid(self) && in_line(box, to, self) &&
+           in_front(box, to, self) > 0;
+}
+
 // Takes back the move by its speed that it is about to make.
 void wait_a_frame(CInstance* who)
 {
@@ -193,6 +201,12 @@ void push(CInstance* self, CInstance* box, const Figure& figure)
     if (follows(box, self)) {
         wait_a_frame(self);
         wait_a_frame(box);
+        return;
+    }
+    // The figure could not go back, and neither can its box.
+    if (walks_into(box, self)) {
+        const Heading back = heading_of(box);
+        stop_before(self, {-back.x, -back.y}, box);
         return;
     }
     if (&figure == &playerOne && instance_exists(self, oPlayerArrows2))

@@ -301,6 +301,24 @@ TEST(TwoPlayers, ABoxOnItsWayBackWaitsForItsFigure)
     EXPECT_AT(level.box, 416, 260);
 }
 
+// Player two wants to go back to a cell that the first figure has begun to push a box to:
+// he stays, and so does his own box, as long as the push goes on.
+TEST(TwoPlayers, ABoxStaysWithAFigureThatCannotGoBack)
+{
+    LevelStory level("twoPlayersOne");
+    Put(level.one, 468, 260);
+    Put(level.two, 364, 260);
+    Put(level.box, 364, 208);
+    CInstance* second = Room_CreateInstance(416, 260, oMonte.index);
+    level.stage.frames(1).tap(kUp).frames(16);
+    ASSERT_EQ(level.box->y, 156);
+    level.stage.hold('A').frames(4).tap('U').frames(20).release('A').frames(60);
+    EXPECT_AT(second, 364, 260);
+    EXPECT_AT(level.one, 416, 260);
+    EXPECT_AT(level.two, 364, 208);
+    EXPECT_AT(level.box, 364, 156);
+}
+
 // Player two walks down after the first figure, whose key turns back towards him: once the
 // keys are up he turns, and the first walks on.
 TEST(TwoPlayers, AFigureThatIsRunIntoFromBehindWalksOn)
