@@ -7,7 +7,6 @@
 #include <map>
 #include <set>
 
-#include "Builtins.h"
 #include "Files/Object/Instance_Main.h"
 #include "Files/Particle/Particle_Main.h"
 #include "Files/Room/Room_Main.h"
@@ -23,6 +22,7 @@ using namespace names;
 namespace {
 
 constexpr const char* kRainy = "room_level10";
+constexpr int kEnter = 13;
 
 // Drops that are alive.
 int Drops()
@@ -58,9 +58,7 @@ TEST(Weather, UnderAPauseTheLastDropsFall)
 {
     Stage stage;
     stage.room(kRainy).frames(120);
-    CInstance* screen = Room_CreateInstance(0, 0, oSeta.index);  // for the pause's own
-    instance_deactivate_all(screen, true);
-    stage.frames(1);
+    stage.tap(kEnter).frames(1);
     EXPECT_EQ(stage.find(oChuva), nullptr);
     int frames = 0;
     for (int left = Drops(); left > 0; left -= 5, ++frames) {
@@ -70,8 +68,7 @@ TEST(Weather, UnderAPauseTheLastDropsFall)
     EXPECT_LE(frames, 96);
     EXPECT_EQ(Drops(), 0);
     // It rains on when the game does.
-    instance_activate_all();
-    stage.frames(3);
+    stage.tap(kEnter).frames(4);
     EXPECT_NE(stage.find(oChuva), nullptr);
     EXPECT_GT(Drops(), 0);
 }
