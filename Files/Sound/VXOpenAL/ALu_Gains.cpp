@@ -1,5 +1,5 @@
 // How loud a source is in each speaker: distance, cone, doppler and panning, by the
-// OpenAL 1.1 specification.
+// OpenAL 1.1 standard.
 
 #include <algorithm>
 #include <cmath>
