@@ -55,49 +55,41 @@ void BlockInWindow(int32_t millis)
     if (g_windowPace > 0) usleep(static_cast<useconds_t>(millis * 1000 / g_windowPace));
 }
 
-// The desktop's window with all else of the stage.
-void UseWindow(double pace)
+// The desktop's tables, to borrow from; the stage's stay in use.
+Host DesktopHost()
 {
     const Host stage = g_Host;
     const HostPadTable pads = g_HostPads;
     const HostAudioTable audio = g_HostAudio;
     Host_UseSDL();
+    const Host desktop = g_Host;
+    g_Host = stage;
     g_HostPads = pads;
     g_HostAudio = audio;
-    const HostWindowTable window = g_Host.window;
-    g_Host = stage;
-    g_Host.window = window;
-    g_Host.headlessWindow = false;
-    g_stageClock = stage.clock;
+    return desktop;
+}
+
+// The desktop's window with all else of the stage.
+void UseWindow(double pace)
+{
+    g_stageClock = g_Host.clock;
     g_windowPace = pace;
+    g_Host.window = DesktopHost().window;
+    g_Host.headlessWindow = false;
     g_Host.clock.Block = BlockInWindow;
 }
 
 void UseThreads()
 {
-    const Host stage = g_Host;
-    const HostPadTable pads = g_HostPads;
-    const HostAudioTable audio = g_HostAudio;
-    Host_UseSDL();
-    g_HostPads = pads;
-    g_HostAudio = audio;
-    const HostProcessTable process = g_Host.process;
-    g_Host = stage;
-    g_Host.process = process;
+    g_Host.process = DesktopHost().process;
 }
 
 // The desktop's threads and clock, without an output.
 void UseSoundThreads()
 {
-    const Host stage = g_Host;
-    const HostPadTable pads = g_HostPads;
-    Host_UseSDL();
-    const HostProcessTable process = g_Host.process;
-    const HostClockTable clock = g_Host.clock;
-    g_Host = stage;
-    g_HostPads = pads;
-    g_Host.process = process;
-    g_Host.clock = clock;
+    const Host desktop = DesktopHost();
+    g_Host.process = desktop.process;
+    g_Host.clock = desktop.clock;
     g_HostAudio.DeviceCount = []() -> int32_t { return 0; };
 }
 
